@@ -1,0 +1,965 @@
+/**
+ * @file pqx_video.h
+ * Inner loops of video codecs and still-picture pipelines for x86-64 Linux.
+ *
+ * What holds for every operation, unless its own comment says otherwise:
+ *
+ * - It reads and writes only the caller's buffers, keeps nothing between calls, starts no thread and may run on
+ *   any number of threads at once on disjoint destinations.
+ * - It returns #PQX_OK. Pointers, alignment and steps are not checked; no buffer needs any alignment, and a 16-bit
+ *   buffer may start at an odd address.
+ * - A size below the operation's minimum makes it do nothing and return #PQX_OK.
+ * - Source and destination must not overlap.
+ * - A step is the signed distance in bytes from the start of one row to the start of the next; a negative step
+ *   walks the rows upward. A row without a step is contiguous.
+ * - Every function is exported twice at one entry, as declared here and with "__" in front of its name; calls
+ *   inside the library go through the second name.
+ * - Floating-point operations assume the default rounding mode (to nearest, ties to even) and that subnormal
+ *   numbers are neither flushed to zero nor read as zero.
+ *
+ * Sample types are named by suffixes: 8U unsigned 8-bit, 16S signed 16-bit, 32U unsigned 32-bit; 10S and 12S are
+ * signed 16-bit containers of 10 or 12 significant bits; _I works in place. Packed pixels are named by their bytes
+ * from the lowest address up: ARGB is A, R, G, B. Shifts of negative numbers round toward minus infinity.
+ */
+#ifndef PQX_VIDEO_H
+#define PQX_VIDEO_H
+
+#include <stdint.h>
+
+#if defined(__GNUC__)
+#define PQX_API __attribute__((visibility("default")))
+#else
+#define PQX_API
+#endif
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+/**
+ * @defgroup core Library services
+ * Status codes, version, aligned memory and the thread-count setting.
+ * @{
+ */
+
+/** Result of an operation: one of #PQX_OK, #PQX_ERR_PARAM, #PQX_ERR_MEMORY, #PQX_ERR_DATA. */
+typedef int32_t pqx_Status;
+
+#define PQX_OK 0         /**< No error. */
+#define PQX_ERR_PARAM 1  /**< Invalid, out of range or unsupported parameter; no operation returns it. */
+#define PQX_ERR_MEMORY 2 /**< Scratch memory could not be allocated; nothing was written. */
+#define PQX_ERR_DATA 3   /**< Incorrect data; no operation returns it. */
+
+/** The text of pqx_GetVersion() behind "@(#)", for tools that search a file for that mark. */
+extern PQX_API const char pqxid[39];
+
+/** The setting behind pqx_SetNumThreads() and pqx_GetNumThreads(); -1 until it is set. No operation reads it. */
+extern PQX_API int32_t pqx_nthreads;
+
+/**
+ * Names a status in English.
+ *
+ * @param status  any value
+ * @return a static text, never null; "Unknown Status" for a value that is none of the four codes
+ */
+PQX_API const char* pqx_GetStringStatus(pqx_Status status);
+
+/**
+ * Tells the version of the library: product, version number, build date, platform and revision, each followed by
+ * a colon.
+ *
+ * @return the static text "PQX:1100:20240723:linux-x8664:svn:"
+ */
+PQX_API const char* pqx_GetVersion(void);
+
+/**
+ * Allocates memory at an address that is a multiple of 64.
+ *
+ * @param size  bytes wanted; below 1 gives null
+ * @return at least size bytes, to be given back by pqx_Free(), or null when there is no memory
+ */
+PQX_API void* pqx_Malloc(int32_t size);
+
+/**
+ * Gives back memory from pqx_Malloc().
+ *
+ * @param ptr  a pointer from pqx_Malloc(), not yet given back, or null, which does nothing
+ */
+PQX_API void pqx_Free(void* ptr);
+
+/**
+ * Rounds an address up to a multiple of a power of two.
+ *
+ * @param ptr    any address
+ * @param align  a positive power of two, in bytes; other values give a meaningless address
+ * @return the lowest multiple of align that is not below ptr
+ */
+PQX_API void* pqx_AlignPointer(void* ptr, int32_t align);
+
+/**
+ * Reports the thread-count setting.
+ *
+ * @param pNumThreads  receives the value last given to pqx_SetNumThreads(), or -1 if there was none
+ * @return #PQX_OK always
+ */
+PQX_API pqx_Status pqx_GetNumThreads(int32_t* pNumThreads);
+
+/**
+ * Stores a thread count for others to read. The library itself never starts a thread. Reads and writes of the
+ * setting are not synchronised.
+ *
+ * @param numThreads  any value, kept as it is
+ * @return #PQX_OK always
+ */
+PQX_API pqx_Status pqx_SetNumThreads(int32_t numThreads);
+
+/** @} */
+
+/**
+ * @defgroup dct Transforms
+ * Orthonormal two-dimensional discrete cosine transforms.
+ *
+ * A coefficient block is 64 values in natural row-major order: element 8*u + v has vertical frequency u and
+ * horizontal frequency v, element 0 is the DC. With C(0) = 1/sqrt(2) and C(k) = 1 for k > 0, the forward transform
+ * of samples f is
+ *
+ *     F(u, v) = 1/4 C(u) C(v) sum over y, x of f(y, x) cos((2y+1) u pi/16) cos((2x+1) v pi/16)
+ *
+ * so that the DC is the sum of the samples divided by 8. This is the transform of JPEG, H.261, H.263 and MPEG.
+ * Pixels enter as 0..255, without a level shift. Every operation reads all of its input before it writes.
+ * @{
+ */
+
+/**
+ * Forward 8x8 transform of signed samples.
+ *
+ * The arithmetic is mixed-precision: sums in single, products in double, every stored value rounded to single
+ * precision. A result above -4096.5 is rounded to the nearest integer, exact halves of the single-precision value
+ * upward; a lower one is z -> trunc(z + 4096.5) - 4096, kept modulo 2^16. Nothing saturates.
+ *
+ * @param pSrc  64 samples, row-major
+ * @param pDst  64 coefficients; may equal or overlap pSrc
+ * @return #PQX_OK always
+ */
+PQX_API pqx_Status pqx_Video_DCT8x8Fwd_16S(const int16_t* pSrc, int16_t* pDst);
+
+/**
+ * Forward 8x8 transform of samples of up to 12 bits: the same as pqx_Video_DCT8x8Fwd_16S(), which it calls.
+ *
+ * @param pSrc  64 samples, row-major
+ * @param pDst  64 coefficients; may equal or overlap pSrc
+ * @return #PQX_OK always
+ */
+PQX_API pqx_Status pqx_Video_DCT8x8Fwd_12S_16S(const int16_t* pSrc, int16_t* pDst);
+
+/**
+ * Forward 8x8 transform of pixels, with the arithmetic of pqx_Video_DCT8x8Fwd_16S(). The DC lies in 0..2040.
+ *
+ * @param pSrc     8 rows of 8 pixels, 0..255
+ * @param srcStep  bytes from row to row of pSrc, of either sign
+ * @param pDst     64 coefficients
+ * @return #PQX_OK always
+ */
+PQX_API pqx_Status pqx_Video_DCT8x8Fwd_8U_16S(const uint8_t* pSrc, int srcStep, int16_t* pDst);
+
+/**
+ * Inverse 8x8 transform to signed samples, in double precision.
+ *
+ * Above -2048.5 a result is rounded to the nearest integer, halves upward, of a transform whose DC gain is
+ * 0.99999999664: an exact half that comes from the DC alone falls just below (a lone DC of 4 gives 0, of 12
+ * gives 1). Below -2048.5 it is truncated toward zero, and values wrap modulo 2^16; nothing saturates.
+ *
+ * @param pSrc  64 coefficients
+ * @param pDst  64 samples, row-major; may equal or overlap pSrc
+ * @return #PQX_OK always
+ */
+PQX_API pqx_Status pqx_Video_DCT8x8Inv_16S(const int16_t* pSrc, int16_t* pDst);
+
+/**
+ * Inverse 8x8 transform to pixels: rounded to the nearest integer and saturated to 0..255. A lone DC on an exact
+ * half (4, 12, ...) rounds upward up to 1020 and downward from 1028.
+ *
+ * @param pSrc     64 coefficients
+ * @param pDst     8 rows of 8 pixels
+ * @param dstStep  bytes from row to row of pDst, of either sign
+ * @return #PQX_OK always
+ */
+PQX_API pqx_Status pqx_Video_DCT8x8Inv_16S_8U(const int16_t* pSrc, uint8_t* pDst, int dstStep);
+
+/**
+ * Inverse 8x8 transform of the top-left quarter of a block: pqx_Video_DCT8x8Inv_16S() with every coefficient of
+ * u > 3 or v > 3 taken as zero, bit for bit. Only the 16 coefficients with u < 4 and v < 4 are read.
+ *
+ * @param pSrc  block of coefficients, of which elements 0..3, 8..11, 16..19 and 24..27 are read
+ * @param pDst  64 samples, row-major; may equal or overlap pSrc
+ * @return #PQX_OK always
+ */
+PQX_API pqx_Status pqx_Video_DCT8x8Inv_1Q_16S(const int16_t* pSrc, int16_t* pDst);
+
+/**
+ * Inverse 8x8 transform of the top-left quarter of a block to pixels: pqx_Video_DCT8x8Inv_16S_8U() with every
+ * coefficient of u > 3 or v > 3 taken as zero, bit for bit.
+ *
+ * @param pSrc     block of coefficients, of which elements 0..3, 8..11, 16..19 and 24..27 are read
+ * @param pDst     8 rows of 8 pixels
+ * @param dstStep  bytes from row to row of pDst, of either sign
+ * @return #PQX_OK always
+ */
+PQX_API pqx_Status pqx_Video_DCT8x8Inv_1Q_16S_8U(const int16_t* pSrc, uint8_t* pDst, int dstStep);
+
+/**
+ * Inverse 8x8 transform of a DC alone: all samples are (DC + 4) >> 3. Differs from the full form on exact halves.
+ *
+ * @param pSrc  the DC; no other coefficient is read
+ * @param pDst  64 samples; may equal or overlap pSrc
+ * @return #PQX_OK always
+ */
+PQX_API pqx_Status pqx_Video_DCT8x8Inv_DC_16S(const int16_t* pSrc, int16_t* pDst);
+
+/**
+ * Inverse 8x8 transform of a DC alone to pixels: all pixels are (DC + 4) >> 3, saturated to 0..255.
+ *
+ * @param pSrc     the DC; no other coefficient is read
+ * @param pDst     8 rows of 8 pixels
+ * @param dstStep  bytes from row to row of pDst, of either sign
+ * @return #PQX_OK always
+ */
+PQX_API pqx_Status pqx_Video_DCT8x8Inv_DC_16S_8U(const int16_t* pSrc, uint8_t* pDst, int dstStep);
+
+/** @} */
+
+/**
+ * @defgroup quant Quantization
+ * Division and multiplication of 8x8 coefficient blocks by a matrix of step sizes.
+ *
+ * Element i of a matrix and of a state belongs to element i of the block; no scan order is imposed. A state holds
+ * nothing but its 64 numbers: it may be copied, kept anywhere and shared by threads.
+ * @{
+ */
+
+/**
+ * Makes the state of pqx_Video_Quantize_16S_I(): pState[i] = 1.0f / pQMatrix[i].
+ *
+ * @param pQMatrix  64 step sizes; 0 gives infinity
+ * @param pState    64 reciprocals
+ * @return #PQX_OK always
+ */
+PQX_API pqx_Status pqx_Video_QuantizeInit_16S(const int16_t* pQMatrix, float* pState);
+
+/**
+ * Quantizes a block in place: the product of coefficient and reciprocal, rounded to the nearest integer, halves
+ * upward (with a step of 2, 5 gives 3 and -5 gives -2).
+ *
+ * In single precision, each operation rounded: s = c * pState[i] + 32768.5; the result is trunc(s) - 32768 modulo
+ * 2^16. Fractions finer than 1/256 are thus rounded first. Where s is not a number or does not fit 32 bits, as
+ * with a step of 0, the result is -32768.
+ *
+ * @param pState   64 reciprocals, from pqx_Video_QuantizeInit_16S() or of the caller's making
+ * @param pSrcDst  64 coefficients, replaced by their levels
+ * @return #PQX_OK always
+ */
+PQX_API pqx_Status pqx_Video_Quantize_16S_I(const float* pState, int16_t* pSrcDst);
+
+/**
+ * Makes the state of pqx_Video_DeQuantize_16S_I(): pState[i] = pQMatrix[i].
+ *
+ * @param pQMatrix  64 step sizes
+ * @param pState    64 doubles
+ * @return #PQX_OK always
+ */
+PQX_API pqx_Status pqx_Video_DeQuantizeInit_16S(const int16_t* pQMatrix, double* pState);
+
+/**
+ * Dequantizes a block in place: the product of level and step, truncated toward zero and kept modulo 2^16. With a
+ * state from pqx_Video_DeQuantizeInit_16S() the product is exact. A product that is not a number or does not fit
+ * 32 bits gives 0.
+ *
+ * @param pState   64 steps, from pqx_Video_DeQuantizeInit_16S() or of the caller's making
+ * @param pSrcDst  64 levels, replaced by their coefficients
+ * @return #PQX_OK always
+ */
+PQX_API pqx_Status pqx_Video_DeQuantize_16S_I(const double* pState, int16_t* pSrcDst);
+
+/** @} */
+
+/**
+ * @defgroup resample Chroma resampling
+ * Row by row between full (4:4:4), halved (4:2:2) and quartered (4:2:0) chroma. The rounding terms alternate along
+ * a row, so that rounding leaves no bias in one direction.
+ * @{
+ */
+
+/**
+ * Quarters a pair of chroma rows a and b by averaging squares of four, 4:4:4 to 4:2:0.
+ *
+ *     out[k] = (a[2k] + a[2k+1] + b[2k] + b[2k+1] + (k odd ? 2 : 1)) >> 2
+ *
+ * @param pSrc0  row a: len samples
+ * @param pSrc1  row b: len samples
+ * @param len    samples in a source row, normally even; 0 or less writes nothing. If len % 4 is 1, one sample past
+ *               each row is read; if it is 3, the last sample is ignored.
+ * @param pDst   2 * (len / 4) samples, one more unless len is a multiple of 4. May equal a source row or overlap
+ *               it: the result is that of taking the samples one after the other.
+ * @return #PQX_OK always
+ */
+PQX_API pqx_Status pqx_Video_DownSample420_BL_8U(const uint8_t* pSrc0, const uint8_t* pSrc1, int len, uint8_t* pDst);
+
+/**
+ * Quarters a pair of signed 16-bit chroma rows by averaging squares of four, 4:4:4 to 4:2:0, by the formula of
+ * pqx_Video_DownSample420_BL_8U().
+ *
+ * @param pSrc0  upper row: len samples
+ * @param pSrc1  lower row: len samples
+ * @param len    samples in a source row, normally even; 0 or less writes nothing. If len % 4 is 1, one sample past
+ *               each row is read; if it is 3, the last sample is ignored.
+ * @param pDst   2 * (len / 4) samples, one more unless len is a multiple of 4. May equal a source row or overlap
+ *               it: the result is that of taking the samples one after the other.
+ * @return #PQX_OK always
+ */
+PQX_API pqx_Status pqx_Video_DownSample420_BL_16S(const int16_t* pSrc0, const int16_t* pSrc1, int len, int16_t* pDst);
+
+/**
+ * Halves a chroma row s by averaging pairs, 4:4:4 to 4:2:2.
+ *
+ *     out[k] = (s[2k] + s[2k+1] + (k odd ? 1 : 0)) >> 1
+ *
+ * @param pSrc  row s: len samples
+ * @param len   source samples, normally even; 0 or less writes nothing. If len % 4 is 1, one sample past the row is
+ *              read; if it is 3, the last sample is ignored.
+ * @param pDst  2 * (len / 4) samples, one more unless len is a multiple of 4. May equal pSrc or overlap it: the
+ *              result is that of taking the samples one after the other.
+ * @return #PQX_OK always
+ */
+PQX_API pqx_Status pqx_Video_DownSample422_BL_8U(const uint8_t* pSrc, int len, uint8_t* pDst);
+
+/**
+ * Halves a signed 16-bit chroma row by averaging pairs, 4:4:4 to 4:2:2, by the formula of
+ * pqx_Video_DownSample422_BL_8U().
+ *
+ * @param pSrc  len samples
+ * @param len   source samples, normally even; 0 or less writes nothing. If len % 4 is 1, one sample past the row is
+ *              read; if it is 3, the last sample is ignored.
+ * @param pDst  2 * (len / 4) samples, one more unless len is a multiple of 4. May equal pSrc or overlap it: the
+ *              result is that of taking the samples one after the other.
+ * @return #PQX_OK always
+ */
+PQX_API pqx_Status pqx_Video_DownSample422_BL_16S(const int16_t* pSrc, int len, int16_t* pDst);
+
+/**
+ * Repeats every chroma sample in a square of four, 4:2:0 to 4:4:4: both rows receive s[0], s[0], s[1], s[1], ...
+ *
+ * @param pSrc   len samples
+ * @param len    source samples; 0 writes nothing, and so does a negative even value. A negative odd value is taken
+ *               as 1.
+ * @param pDst0  2 * len samples, upper row
+ * @param pDst1  2 * len samples, lower row
+ * @return #PQX_OK always
+ */
+PQX_API pqx_Status pqx_Video_UpSample420_NN_8U(const uint8_t* pSrc, int len, uint8_t* pDst0, uint8_t* pDst1);
+
+/**
+ * Repeats every signed 16-bit chroma sample in a square of four, 4:2:0 to 4:4:4.
+ *
+ * @param pSrc   len samples
+ * @param len    source samples; 0 or less writes nothing
+ * @param pDst0  2 * len samples, upper row
+ * @param pDst1  2 * len samples, lower row
+ * @return #PQX_OK always
+ */
+PQX_API pqx_Status pqx_Video_UpSample420_NN_16S(const int16_t* pSrc, int len, int16_t* pDst0, int16_t* pDst1);
+
+/**
+ * Interpolates chroma bilinearly in both directions, 4:2:0 to 4:4:4: the nearest source sample weighs 9/16, its
+ * neighbours in row and column 3/16, the diagonal one 1/16.
+ *
+ * With n = max(len, 2), u[j] = prev[j] + 3 cur[j], and u[-1] = u[0], u[n] = u[n-1] at the ends, the upper row is
+ *
+ *     out[2j]   = (u[j-1] + 3 u[j] + 8) >> 4
+ *     out[2j+1] = (3 u[j] + u[j+1] + 7) >> 4
+ *
+ * and the lower row the same with next in the place of prev.
+ *
+ * @param pSrcPrev  chroma row above; the caller repeats pSrcCur at the top of a picture
+ * @param pSrcCur   chroma row of the two luma rows
+ * @param pSrcNext  chroma row below; the caller repeats pSrcCur at the bottom of a picture
+ * @param len       samples in a source row; any value below 3 is taken as 2: two samples of each row are read and
+ *                  four written to each destination
+ * @param pDst0     2 * max(len, 2) samples, upper row
+ * @param pDst1     2 * max(len, 2) samples, lower row
+ * @return #PQX_OK always
+ */
+PQX_API pqx_Status pqx_Video_UpSample420_BL_8U(const uint8_t* pSrcPrev, const uint8_t* pSrcCur,
+                                               const uint8_t* pSrcNext, int len, uint8_t* pDst0, uint8_t* pDst1);
+
+/**
+ * Interpolates signed 16-bit chroma bilinearly in both directions, 4:2:0 to 4:4:4, by the formula of
+ * pqx_Video_UpSample420_BL_8U().
+ *
+ * @param pSrcPrev  chroma row above
+ * @param pSrcCur   chroma row of the two luma rows
+ * @param pSrcNext  chroma row below
+ * @param len       samples in a source row; any value below 3 is taken as 2
+ * @param pDst0     2 * max(len, 2) samples, upper row
+ * @param pDst1     2 * max(len, 2) samples, lower row
+ * @return #PQX_OK always
+ */
+PQX_API pqx_Status pqx_Video_UpSample420_BL_16S(const int16_t* pSrcPrev, const int16_t* pSrcCur,
+                                                const int16_t* pSrcNext, int len, int16_t* pDst0, int16_t* pDst1);
+
+/**
+ * Repeats every chroma sample twice, 4:2:2 to 4:4:4.
+ *
+ * @param pSrc  len samples
+ * @param len   source samples; 0 writes nothing, and so does a negative even value. A negative odd value is taken
+ *              as 1.
+ * @param pDst  2 * len samples
+ * @return #PQX_OK always
+ */
+PQX_API pqx_Status pqx_Video_UpSample422_NN_8U(const uint8_t* pSrc, int len, uint8_t* pDst);
+
+/**
+ * Repeats every signed 16-bit chroma sample twice, 4:2:2 to 4:4:4.
+ *
+ * @param pSrc  len samples
+ * @param len   source samples; 0 or less writes nothing
+ * @param pDst  2 * len samples
+ * @return #PQX_OK always
+ */
+PQX_API pqx_Status pqx_Video_UpSample422_NN_16S(const int16_t* pSrc, int len, int16_t* pDst);
+
+/**
+ * Interpolates a chroma row s linearly, 4:2:2 to 4:4:4. With n = max(len, 2):
+ *
+ *     out[2j]   = (3 s[j] + s[j-1] + 1) >> 2, but out[0] = s[0]
+ *     out[2j+1] = (3 s[j] + s[j+1] + 2) >> 2, but out[2n-1] = s[n-1]
+ *
+ * @param pSrc  row s: max(len, 2) samples
+ * @param len   source samples; any value below 3 is taken as 2: two samples are read and four written
+ * @param pDst  2 * max(len, 2) samples
+ * @return #PQX_OK always
+ */
+PQX_API pqx_Status pqx_Video_UpSample422_BL_8U(const uint8_t* pSrc, int len, uint8_t* pDst);
+
+/**
+ * Interpolates a signed 16-bit chroma row linearly, 4:2:2 to 4:4:4, by the formula of
+ * pqx_Video_UpSample422_BL_8U().
+ *
+ * @param pSrc  max(len, 2) samples
+ * @param len   source samples; any value below 3 is taken as 2
+ * @param pDst  2 * max(len, 2) samples
+ * @return #PQX_OK always
+ */
+PQX_API pqx_Status pqx_Video_UpSample422_BL_16S(const int16_t* pSrc, int len, int16_t* pDst);
+
+/** @} */
+
+/**
+ * @defgroup color Color conversion
+ * Fixed-point conversions, one row (or one pair of rows) of pixels at a time.
+ *
+ * YCC is full-range Y, Cb, Cr as in JPEG (0..255, chroma centred on 128). YUV is studio range as in ITU-R BT.601
+ * (Y 16..235, chroma centred on 128). Every product with a matrix coefficient is rounded on its own, by the tables
+ * below, and that rounding is part of the result.
+ * @{
+ */
+
+/**
+ * @name Tables
+ * Each entry is round(A + c x) for the index x = 0..255 (round(v) = floor(v + 0.5); no entry falls on a half).
+ *
+ * Tables in half units hold twice the 8-bit scale; a sum s of them becomes the byte clamp(s >> 1, 0, 255):
+ *
+ *     YUV red   = YY[Y] + RV[V] - 446            YCC red   = 2 Y + RCr[Cr] - 359
+ *     YUV green = YY[Y] + GU[U] - GV[V]          YCC green = 2 Y + GCb[Cb] - GCr[Cr]
+ *     YUV blue  = YY[Y] + BU[U] - 554            YCC blue  = 2 Y + BCb[Cb] - 454
+ * @{
+ */
+extern PQX_API const int16_t pqx_tYY[256];  /**< By Y, half units: 2.328767 x. */
+extern PQX_API const int16_t pqx_tRV[256];  /**< By V, half units: 0.006 + 3.193182 x. */
+extern PQX_API const int16_t pqx_tGV[256];  /**< By V, half units: 1.626374 x. */
+extern PQX_API const int16_t pqx_tGU[256];  /**< By U, half units: 271.272 - 0.784 x. */
+extern PQX_API const int16_t pqx_tBU[256];  /**< By U, half units: 4.03681 x. */
+extern PQX_API const int16_t pqx_tRCr[256]; /**< By Cr, half units: -0.01 + 2.804054 x. */
+extern PQX_API const int16_t pqx_tGCr[256]; /**< By Cr, half units: 0.07 + 1.428 x. */
+extern PQX_API const int16_t pqx_tGCb[256]; /**< By Cb, half units: 270.922 - 0.688312 x. */
+extern PQX_API const int16_t pqx_tBCb[256]; /**< By Cb, half units: 3.544 x. */
+
+/** Clip of a half-unit sum s in -576..1087: pqx_tClip[576 + s] = clamp(s >> 1, 0, 255). */
+extern PQX_API const uint8_t pqx_tClip[1664];
+
+/**
+ * RGB to YCC by R: the sum of the three words of a pixel holds Y in bits 0..7, Cb in 10..17, Cr in 21..28. Fields:
+ * Y = 0.298969 x in bits 0..9, Cb = 0.003 - 0.16875 x in bits 10..18 and Cr = -0.25 + 0.5 x in bits 21..29, the
+ * chroma fields modulo 512; the other bits are zero.
+ */
+extern PQX_API const uint32_t pqx_t_r2j[256];
+/** RGB to YCC by G: Y = 0.011 + 0.586957 x, Cb = 128.006 - 0.331288 x, Cr = 128.009 - 0.41875 x. */
+extern PQX_API const uint32_t pqx_t_g2j[256];
+/** RGB to YCC by B: Y = 0.11399 x, Cb = -0.25 + 0.5 x, Cr = -0.081301 x. */
+extern PQX_API const uint32_t pqx_t_b2j[256];
+
+/**
+ * YUV 4:4:4 to RGB by Y: a word is R + (G << 10) + (B << 20); the sum of the three words of a pixel holds R + 256
+ * in bits 0..9, G + 256 in bits 10..19 and B, signed, in bits 20..31. R = 32.997 + 1.164474 x, G = B = 1.164384 x.
+ */
+extern PQX_API const int32_t pqx_t_Yuv2rgb[256];
+/** YUV 4:4:4 to RGB by U: R = 0, G = 135.632 - 0.392 x, B = -276.988 + 2.018405 x. */
+extern PQX_API const int32_t pqx_t_yUv2rgb[256];
+/** YUV 4:4:4 to RGB by V: R = 0.003 + 1.596591 x, G = 256 - 0.813187 x, B = 0. */
+extern PQX_API const int32_t pqx_t_yuV2rgb[256];
+
+/** Clip of the biased fields of the 4:4:4 tables: pqx_video_pClipOff256[i] = clamp(i - 256, 0, 255). */
+extern PQX_API const uint8_t pqx_video_pClipOff256[800];
+/** @} */
+
+/**
+ * Converts a row of RGB pixels to YCC 4:4:4, full range.
+ *
+ * With the word w = pqx_t_r2j[R] + pqx_t_g2j[G] + pqx_t_b2j[B] of a pixel:
+ *
+ *     Y = w & 255, Cb = (w >> 10) & 255, Cr = (w >> 21) & 255
+ *
+ * This is the JPEG matrix with each of the nine products rounded on its own: grey is not always exact (R = G = B =
+ * 4 gives Y 3). No result needs a clamp.
+ *
+ * @param pSrc  len pixels of 3 bytes R, G, B
+ * @param pY    len samples, 0..255
+ * @param pCb   len samples
+ * @param pCr   len samples
+ * @param len   pixels; 0 or less writes nothing
+ * @return #PQX_OK always
+ */
+PQX_API pqx_Status pqx_Video_ColorRGB2YCC444_8U(const uint8_t* pSrc, uint8_t* pY, uint8_t* pCb, uint8_t* pCr,
+                                                int len);
+
+/**
+ * Converts a row of ABGR pixels to YCC 4:4:4, as pqx_Video_ColorRGB2YCC444_8U() does RGB.
+ *
+ * @param pSrc  len pixels of 4 bytes A, B, G, R; A is ignored
+ * @param pY    len samples, 0..255
+ * @param pCb   len samples
+ * @param pCr   len samples
+ * @param len   pixels; 0 or less writes nothing
+ * @return #PQX_OK always
+ */
+PQX_API pqx_Status pqx_Video_ColorABGR2YCC444_8U(const uint8_t* pSrc, uint8_t* pY, uint8_t* pCb, uint8_t* pCr,
+                                                 int len);
+
+/**
+ * Converts a row of ARGB pixels to YCC 4:4:4, as pqx_Video_ColorRGB2YCC444_8U() does RGB.
+ *
+ * @param pSrc  len pixels of 4 bytes A, R, G, B; A is ignored
+ * @param pY    len samples, 0..255
+ * @param pCb   len samples
+ * @param pCr   len samples
+ * @param len   pixels; 0 or less writes nothing
+ * @return #PQX_OK always
+ */
+PQX_API pqx_Status pqx_Video_ColorARGB2YCC444_8U(const uint8_t* pSrc, uint8_t* pY, uint8_t* pCb, uint8_t* pCr,
+                                                 int len);
+
+/**
+ * Converts a row of BGRA pixels to YCC 4:4:4, as pqx_Video_ColorRGB2YCC444_8U() does RGB.
+ *
+ * @param pSrc  len pixels of 4 bytes B, G, R, A; A is ignored
+ * @param pY    len samples, 0..255
+ * @param pCb   len samples
+ * @param pCr   len samples
+ * @param len   pixels; 0 or less writes nothing
+ * @return #PQX_OK always
+ */
+PQX_API pqx_Status pqx_Video_ColorBGRA2YCC444_8U(const uint8_t* pSrc, uint8_t* pY, uint8_t* pCb, uint8_t* pCr,
+                                                 int len);
+
+/**
+ * Converts a row of RGB pixels to YCC 4:2:2: chroma is converted per pixel, then averaged in pairs.
+ *
+ *     Cb[j] = (Cb(2j) + Cb(2j+1) + r) >> 1, r = j & 1; Cr alike
+ *
+ * where Y, Cb and Cr of a pixel are those of pqx_Video_ColorRGB2YCC444_8U(). A pair behind the last whole group of
+ * four pixels has an even j, hence r = 0.
+ *
+ * @param pSrc  len pixels of 3 bytes R, G, B; an odd last one is not read
+ * @param pY    2 * (len / 2) samples: with an odd len the last one is not written
+ * @param pCb   len / 2 samples
+ * @param pCr   len / 2 samples
+ * @param len   pixels; below 2 writes nothing
+ * @return #PQX_OK always
+ */
+PQX_API pqx_Status pqx_Video_ColorRGB2YCC422_BL_8U(const uint8_t* pSrc, uint8_t* pY, uint8_t* pCb, uint8_t* pCr,
+                                                   int len);
+
+/**
+ * Converts a row of ABGR pixels to YCC 4:2:2, as pqx_Video_ColorRGB2YCC422_BL_8U() does RGB.
+ *
+ * @param pSrc  len pixels of 4 bytes A, B, G, R; A is ignored; an odd last one is not read
+ * @param pY    2 * (len / 2) samples: with an odd len the last one is not written
+ * @param pCb   len / 2 samples
+ * @param pCr   len / 2 samples
+ * @param len   pixels; below 2 writes nothing
+ * @return #PQX_OK always
+ */
+PQX_API pqx_Status pqx_Video_ColorABGR2YCC422_BL_8U(const uint8_t* pSrc, uint8_t* pY, uint8_t* pCb, uint8_t* pCr,
+                                                    int len);
+
+/**
+ * Converts a row of ARGB pixels to YCC 4:2:2, as pqx_Video_ColorRGB2YCC422_BL_8U() does RGB.
+ *
+ * @param pSrc  len pixels of 4 bytes A, R, G, B; A is ignored; an odd last one is not read
+ * @param pY    2 * (len / 2) samples: with an odd len the last one is not written
+ * @param pCb   len / 2 samples
+ * @param pCr   len / 2 samples
+ * @param len   pixels; below 2 writes nothing
+ * @return #PQX_OK always
+ */
+PQX_API pqx_Status pqx_Video_ColorARGB2YCC422_BL_8U(const uint8_t* pSrc, uint8_t* pY, uint8_t* pCb, uint8_t* pCr,
+                                                    int len);
+
+/**
+ * Converts a row of BGRA pixels to YCC 4:2:2, as pqx_Video_ColorRGB2YCC422_BL_8U() does RGB.
+ *
+ * @param pSrc  len pixels of 4 bytes B, G, R, A; A is ignored; an odd last one is not read
+ * @param pY    2 * (len / 2) samples: with an odd len the last one is not written
+ * @param pCb   len / 2 samples
+ * @param pCr   len / 2 samples
+ * @param len   pixels; below 2 writes nothing
+ * @return #PQX_OK always
+ */
+PQX_API pqx_Status pqx_Video_ColorBGRA2YCC422_BL_8U(const uint8_t* pSrc, uint8_t* pY, uint8_t* pCb, uint8_t* pCr,
+                                                    int len);
+
+/**
+ * Converts a pair of rows of RGB pixels to YCC 4:2:0: chroma is converted per pixel, then averaged over squares of
+ * four.
+ *
+ *     Cb[j] = (sum of the four Cb + r) >> 2, r = j odd ? 2 : 0; Cr alike
+ *
+ * where Y, Cb and Cr of a pixel are those of pqx_Video_ColorRGB2YCC444_8U().
+ *
+ * @param pSrc0  upper row: len pixels of 3 bytes R, G, B; an odd last one is not read
+ * @param pSrc1  lower row, likewise
+ * @param pY0    upper row: 2 * (len / 2) samples
+ * @param pY1    lower row: 2 * (len / 2) samples
+ * @param pCb    len / 2 samples
+ * @param pCr    len / 2 samples
+ * @param len    pixels in a row; below 2 writes nothing
+ * @return #PQX_OK always
+ */
+PQX_API pqx_Status pqx_Video_ColorRGB2YCC420_BL_8U(const uint8_t* pSrc0, const uint8_t* pSrc1, uint8_t* pY0,
+                                                   uint8_t* pY1, uint8_t* pCb, uint8_t* pCr, int len);
+
+/**
+ * Converts a pair of rows of ABGR pixels to YCC 4:2:0, as pqx_Video_ColorRGB2YCC420_BL_8U() does RGB.
+ *
+ * @param pSrc0  upper row: len pixels of 4 bytes A, B, G, R; A is ignored; an odd last one is not read
+ * @param pSrc1  lower row, likewise
+ * @param pY0    upper row: 2 * (len / 2) samples
+ * @param pY1    lower row: 2 * (len / 2) samples
+ * @param pCb    len / 2 samples
+ * @param pCr    len / 2 samples
+ * @param len    pixels in a row; below 2 writes nothing
+ * @return #PQX_OK always
+ */
+PQX_API pqx_Status pqx_Video_ColorABGR2YCC420_BL_8U(const uint8_t* pSrc0, const uint8_t* pSrc1, uint8_t* pY0,
+                                                    uint8_t* pY1, uint8_t* pCb, uint8_t* pCr, int len);
+
+/**
+ * Converts a pair of rows of ARGB pixels to YCC 4:2:0, as pqx_Video_ColorRGB2YCC420_BL_8U() does RGB.
+ *
+ * @param pSrc0  upper row: len pixels of 4 bytes A, R, G, B; A is ignored; an odd last one is not read
+ * @param pSrc1  lower row, likewise
+ * @param pY0    upper row: 2 * (len / 2) samples
+ * @param pY1    lower row: 2 * (len / 2) samples
+ * @param pCb    len / 2 samples
+ * @param pCr    len / 2 samples
+ * @param len    pixels in a row; below 2 writes nothing
+ * @return #PQX_OK always
+ */
+PQX_API pqx_Status pqx_Video_ColorARGB2YCC420_BL_8U(const uint8_t* pSrc0, const uint8_t* pSrc1, uint8_t* pY0,
+                                                    uint8_t* pY1, uint8_t* pCb, uint8_t* pCr, int len);
+
+/**
+ * Converts a pair of rows of BGRA pixels to YCC 4:2:0, as pqx_Video_ColorRGB2YCC420_BL_8U() does RGB.
+ *
+ * @param pSrc0  upper row: len pixels of 4 bytes B, G, R, A; A is ignored; an odd last one is not read
+ * @param pSrc1  lower row, likewise
+ * @param pY0    upper row: 2 * (len / 2) samples
+ * @param pY1    lower row: 2 * (len / 2) samples
+ * @param pCb    len / 2 samples
+ * @param pCr    len / 2 samples
+ * @param len    pixels in a row; below 2 writes nothing
+ * @return #PQX_OK always
+ */
+PQX_API pqx_Status pqx_Video_ColorBGRA2YCC420_BL_8U(const uint8_t* pSrc0, const uint8_t* pSrc1, uint8_t* pY0,
+                                                    uint8_t* pY1, uint8_t* pCb, uint8_t* pCr, int len);
+
+/**
+ * Converts a row of CMYK pixels to YCCK 4:4:4: R = 255 - C, G = 255 - M, B = 255 - Y (byte 2) as in
+ * pqx_Video_ColorRGB2YCC444_8U(), K copied.
+ *
+ * @param pSrc  len pixels of 4 bytes C, M, Y, K
+ * @param pY    len samples
+ * @param pCb   len samples
+ * @param pCr   len samples
+ * @param pK    len samples
+ * @param len   pixels; 0 or less writes nothing
+ * @return #PQX_OK always
+ */
+PQX_API pqx_Status pqx_Video_ColorCMYK2YCCK444_8U(const uint8_t* pSrc, uint8_t* pY, uint8_t* pCb, uint8_t* pCr,
+                                                  uint8_t* pK, int len);
+
+/**
+ * Converts a row of 12-bit RGB pixels to YCC 4:4:4, chroma centred on 2048, in single precision from left to
+ * right:
+ *
+ *     Y  = R * 0.299 + G * 0.587 + B * 0.114
+ *     Cb = R * (-0.16874) - G * 0.33126 + B * 0.5 + 2048
+ *     Cr = R * 0.5 - G * 0.41869 - B * 0.08131 + 2048
+ *
+ * Each result is truncated toward zero to 32 bits, of which the low 16 are stored.
+ *
+ * @param pSrc  max(len, 1) pixels of 3 samples R, G, B, normally 0..4095
+ * @param pY    max(len, 1) samples
+ * @param pCb   max(len, 1) samples
+ * @param pCr   max(len, 1) samples
+ * @param len   pixels; 0 or less is taken as 1
+ * @return #PQX_OK always
+ */
+PQX_API pqx_Status pqx_Video_ColorRGB2YCC444_16S(const int16_t* pSrc, int16_t* pY, int16_t* pCb, int16_t* pCr,
+                                                 int len);
+
+/**
+ * Converts a row of YCC 4:4:4, full range, to RGB pixels.
+ *
+ *     R = clamp((2 Y + pqx_tRCr[Cr] - 359) >> 1, 0, 255)
+ *     G = clamp((2 Y + pqx_tGCb[Cb] - pqx_tGCr[Cr]) >> 1, 0, 255)
+ *     B = clamp((2 Y + pqx_tBCb[Cb] - 454) >> 1, 0, 255)
+ *
+ * @param pY    len samples
+ * @param pCb   len samples
+ * @param pCr   len samples
+ * @param pDst  len pixels of 3 bytes R, G, B
+ * @param len   pixels; 0 or less writes nothing
+ * @return #PQX_OK always
+ */
+PQX_API pqx_Status pqx_Video_ColorYCC2RGB444_8U(const uint8_t* pY, const uint8_t* pCb, const uint8_t* pCr,
+                                                uint8_t* pDst, int len);
+
+/**
+ * Converts a row of YCC 4:4:4 to BGRA pixels, as pqx_Video_ColorYCC2RGB444_8U() does to RGB.
+ *
+ * @param pY    len samples
+ * @param pCb   len samples
+ * @param pCr   len samples
+ * @param pDst  len pixels of 4 bytes B, G, R, A; A is set to 255
+ * @param len   pixels; 0 or less writes nothing
+ * @return #PQX_OK always
+ */
+PQX_API pqx_Status pqx_Video_ColorYCC2BGRA444_8U(const uint8_t* pY, const uint8_t* pCb, const uint8_t* pCr,
+                                                 uint8_t* pDst, int len);
+
+/**
+ * Converts a row of YCC 4:4:4 to ARGB pixels, as pqx_Video_ColorYCC2RGB444_8U() does to RGB.
+ *
+ * @param pY    len samples
+ * @param pCb   len samples
+ * @param pCr   len samples
+ * @param pDst  len pixels of 4 bytes A, R, G, B; A is set to 255
+ * @param len   pixels; 0 or less writes nothing
+ * @return #PQX_OK always
+ */
+PQX_API pqx_Status pqx_Video_ColorYCC2ARGB444_8U(const uint8_t* pY, const uint8_t* pCb, const uint8_t* pCr,
+                                                 uint8_t* pDst, int len);
+
+/**
+ * Converts a row of YCC 4:2:2 to RGB pixels; chroma sample j serves pixels 2j and 2j+1 (nearest neighbour), each
+ * as in pqx_Video_ColorYCC2RGB444_8U().
+ *
+ * @param pY    2 * (len / 2) samples
+ * @param pCb   len / 2 samples
+ * @param pCr   len / 2 samples
+ * @param pDst  2 * (len / 2) pixels of 3 bytes R, G, B: with an odd len the last pixel is not written
+ * @param len   pixels; below 2 writes nothing
+ * @return #PQX_OK always
+ */
+PQX_API pqx_Status pqx_Video_ColorYCC2RGB422_NN_8U(const uint8_t* pY, const uint8_t* pCb, const uint8_t* pCr,
+                                                   uint8_t* pDst, int len);
+
+/**
+ * Converts a row of YCC 4:2:2 to BGRA pixels; chroma sample j serves pixels 2j and 2j+1 (nearest neighbour), each
+ * as in pqx_Video_ColorYCC2RGB444_8U().
+ *
+ * @param pY    2 * (len / 2) samples
+ * @param pCb   len / 2 samples
+ * @param pCr   len / 2 samples
+ * @param pDst  2 * (len / 2) pixels of 4 bytes B, G, R, A; A is set to 255: with an odd len the last pixel is not
+ *              written
+ * @param len   pixels; below 2 writes nothing
+ * @return #PQX_OK always
+ */
+PQX_API pqx_Status pqx_Video_ColorYCC2BGRA422_NN_8U(const uint8_t* pY, const uint8_t* pCb, const uint8_t* pCr,
+                                                    uint8_t* pDst, int len);
+
+/**
+ * Converts a row of YCC 4:2:2 to RGB pixels with linearly interpolated chroma. With n = max(len / 2, 1) pairs, the
+ * chroma of a pixel, Cb and Cr alike, is
+ *
+ *     c(2j)   = (3 c[j] + c[j-1] + 1) >> 2, but c(0) = c[0]
+ *     c(2j+1) = (3 c[j] + c[j+1] + 2) >> 2, but c(2n-1) = c[n-1]
+ *
+ * and the pixel is then that of pqx_Video_ColorYCC2RGB444_8U().
+ *
+ * @param pY    2n samples
+ * @param pCb   n samples
+ * @param pCr   n samples
+ * @param pDst  2n pixels of 3 bytes R, G, B: with an odd len the last pixel is not written
+ * @param len   pixels; any value below 2, 0 and negative ones included, is taken as 2
+ * @return #PQX_OK always
+ */
+PQX_API pqx_Status pqx_Video_ColorYCC2RGB422_BL_8U(const uint8_t* pY, const uint8_t* pCb, const uint8_t* pCr,
+                                                   uint8_t* pDst, int len);
+
+/**
+ * Converts a row of YCC 4:2:2 to BGRA pixels with linearly interpolated chroma, as
+ * pqx_Video_ColorYCC2RGB422_BL_8U() does to RGB.
+ *
+ * @param pY    2n samples
+ * @param pCb   n samples
+ * @param pCr   n samples
+ * @param pDst  2n pixels of 4 bytes B, G, R, A; A is set to 255: with an odd len the last pixel is not written
+ * @param len   pixels; any value below 2, 0 and negative ones included, is taken as 2
+ * @return #PQX_OK always
+ */
+PQX_API pqx_Status pqx_Video_ColorYCC2BGRA422_BL_8U(const uint8_t* pY, const uint8_t* pCb, const uint8_t* pCr,
+                                                    uint8_t* pDst, int len);
+
+/**
+ * Converts a pair of rows of YCC 4:2:0 to RGB pixels; chroma sample j serves pixels 2j and 2j+1 of both rows
+ * (nearest neighbour), each as in pqx_Video_ColorYCC2RGB444_8U().
+ *
+ * @param pY0    upper row: 2 * (len / 2) samples
+ * @param pY1    lower row: 2 * (len / 2) samples
+ * @param pCb    len / 2 samples
+ * @param pCr    len / 2 samples
+ * @param pDst0  upper row: 2 * (len / 2) pixels of 3 bytes R, G, B: with an odd len the last pixel is not written
+ * @param pDst1  lower row, likewise
+ * @param len    pixels in a row; below 2 writes nothing
+ * @return #PQX_OK always
+ */
+PQX_API pqx_Status pqx_Video_ColorYCC2RGB420_NN_8U(const uint8_t* pY0, const uint8_t* pY1, const uint8_t* pCb,
+                                                   const uint8_t* pCr, uint8_t* pDst0, uint8_t* pDst1, int len);
+
+/**
+ * Converts a pair of rows of YCC 4:2:0 to BGRA pixels; chroma sample j serves pixels 2j and 2j+1 of both rows
+ * (nearest neighbour), each as in pqx_Video_ColorYCC2RGB444_8U().
+ *
+ * @param pY0    upper row: 2 * (len / 2) samples
+ * @param pY1    lower row: 2 * (len / 2) samples
+ * @param pCb    len / 2 samples
+ * @param pCr    len / 2 samples
+ * @param pDst0  upper row: 2 * (len / 2) pixels of 4 bytes B, G, R, A; A is set to 255: with an odd len the last
+ *               pixel is not written
+ * @param pDst1  lower row, likewise
+ * @param len    pixels in a row; below 2 writes nothing
+ * @return #PQX_OK always
+ */
+PQX_API pqx_Status pqx_Video_ColorYCC2BGRA420_NN_8U(const uint8_t* pY0, const uint8_t* pY1, const uint8_t* pCb,
+                                                    const uint8_t* pCr, uint8_t* pDst0, uint8_t* pDst1, int len);
+
+/**
+ * Converts a pair of rows of YCC 4:2:0 to RGB pixels with bilinearly interpolated chroma:
+ * pqx_Video_UpSample420_BL_8U() of n = max(len >> 1, 2) samples for Cb and for Cr, then
+ * pqx_Video_ColorYCC2RGB444_8U() for each row.
+ *
+ * With an odd len of 5 or more the last pixel takes the interpolated chroma of its left neighbour. Rows longer
+ * than 4096 pixels take scratch memory from pqx_Malloc(): four bytes for each pixel of len rounded up to a
+ * multiple of 8.
+ *
+ * @param pY0    upper row: len samples
+ * @param pY1    lower row: len samples
+ * @param pCbA   Cb row above, n samples; the caller repeats pCbB at the top of a picture
+ * @param pCrA   Cr row above, n samples
+ * @param pCbB   Cb row of the two luma rows, n samples
+ * @param pCrB   Cr row of the two luma rows, n samples
+ * @param pCbC   Cb row below, n samples; the caller repeats pCbB at the bottom of a picture
+ * @param pCrC   Cr row below, n samples
+ * @param pDst0  upper row: len pixels of 3 bytes R, G, B
+ * @param pDst1  lower row, likewise
+ * @param len    pixels in a row; 0 or less writes nothing. From 1 to 3, two samples of each chroma row are read
+ *               all the same.
+ * @return #PQX_OK, or #PQX_ERR_MEMORY, with nothing written, when there is no scratch memory
+ */
+PQX_API pqx_Status pqx_Video_ColorYCC2RGB420_BL_8U(const uint8_t* pY0, const uint8_t* pY1, const uint8_t* pCbA,
+                                                   const uint8_t* pCrA, const uint8_t* pCbB, const uint8_t* pCrB,
+                                                   const uint8_t* pCbC, const uint8_t* pCrC, uint8_t* pDst0,
+                                                   uint8_t* pDst1, int len);
+
+/**
+ * Converts a pair of rows of YCC 4:2:0 to BGRA pixels with bilinearly interpolated chroma, as
+ * pqx_Video_ColorYCC2RGB420_BL_8U() does to RGB.
+ *
+ * @param pY0    upper row: len samples
+ * @param pY1    lower row: len samples
+ * @param pCbA   Cb row above, n samples; the caller repeats pCbB at the top of a picture
+ * @param pCrA   Cr row above, n samples
+ * @param pCbB   Cb row of the two luma rows, n samples
+ * @param pCrB   Cr row of the two luma rows, n samples
+ * @param pCbC   Cb row below, n samples; the caller repeats pCbB at the bottom of a picture
+ * @param pCrC   Cr row below, n samples
+ * @param pDst0  upper row: len pixels of 4 bytes B, G, R, A; A is set to 255
+ * @param pDst1  lower row, likewise
+ * @param len    pixels in a row; 0 or less writes nothing. From 1 to 3, two samples of each chroma row are read
+ *               all the same.
+ * @return #PQX_OK, or #PQX_ERR_MEMORY, with nothing written, when there is no scratch memory
+ */
+PQX_API pqx_Status pqx_Video_ColorYCC2BGRA420_BL_8U(const uint8_t* pY0, const uint8_t* pY1, const uint8_t* pCbA,
+                                                    const uint8_t* pCrA, const uint8_t* pCbB, const uint8_t* pCrB,
+                                                    const uint8_t* pCbC, const uint8_t* pCrC, uint8_t* pDst0,
+                                                    uint8_t* pDst1, int len);
+
+/**
+ * Converts a row of YCCK 4:4:4 to CMYK pixels; K is copied.
+ *
+ *     C = clamp((2 (255 - Y) - pqx_tRCr[Cr] + 359) >> 1, 0, 255)
+ *     M = clamp((2 (255 - Y) - pqx_tGCb[Cb] + pqx_tGCr[Cr]) >> 1, 0, 255)
+ *     Y = clamp((2 (255 - Y) - pqx_tBCb[Cb] + 454) >> 1, 0, 255)
+ *
+ * @param pY    len samples
+ * @param pCb   len samples
+ * @param pCr   len samples
+ * @param pK    len samples
+ * @param pDst  len pixels of 4 bytes C, M, Y, K
+ * @param len   pixels; 0 or less writes nothing
+ * @return #PQX_OK always
+ */
+PQX_API pqx_Status pqx_Video_ColorYCCK2CMYK444_8U(const uint8_t* pY, const uint8_t* pCb, const uint8_t* pCr,
+                                                  const uint8_t* pK, uint8_t* pDst, int len);
+
+/**
+ * Converts a row of 12-bit YCC 4:4:4, chroma centred on 2048, to RGB pixels, in single precision at a scale of
+ * 2^20. With yf = Y * 1048576 - 2146959360 and cb = (Cb - 2048) << 20, cr alike, as 32-bit integers made float:
+ *
+ *     R = cr * 1.402 + yf
+ *     G = yf - cb * 0.34414 - cr * 0.71414
+ *     B = cb * 1.772 + yf
+ *
+ * A value of 2147483647 or more gives 4095, one below -2147483648 gives 0, any other (trunc(value) >> 20) + 2048:
+ * rounded to the nearest integer and saturated to 0..4095.
+ *
+ * @param pY    len samples, normally 0..4095
+ * @param pCb   len samples
+ * @param pCr   len samples
+ * @param pDst  len pixels of 3 samples R, G, B
+ * @param len   pixels; 0 or less writes nothing
+ * @return #PQX_OK always
+ */
+PQX_API pqx_Status pqx_Video_ColorYCC2RGB444_16S(const int16_t* pY, const int16_t* pCb, const int16_t* pCr,
+                                                 int16_t* pDst, int len);
+
+/** @} */
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif
