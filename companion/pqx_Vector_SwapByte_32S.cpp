@@ -3,7 +3,8 @@
 #include <string.h>
 
 extern "C" {
-__attribute__((visibility("default"))) int32_t pqx_Vector_SwapByte_32S(const int32_t* pSrc, int32_t* pDst, int32_t len);
+__attribute__((visibility("default"))) int32_t pqx_Vector_SwapByte_32S(const int32_t* pSrc, int32_t* pDst,
+                                                                       int32_t len);
 __attribute__((visibility("default"))) decltype(pqx_Vector_SwapByte_32S) __pqx_Vector_SwapByte_32S
     __attribute__((alias("pqx_Vector_SwapByte_32S")));
 }

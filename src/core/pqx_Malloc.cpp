@@ -12,7 +12,7 @@ void* pqx_Malloc(int32_t size) {
   if (size < 1) return nullptr;
   // The sum wraps near INT32_MAX; sign-extended it is then a request that no allocator can meet.
   const auto padded = int32_t(uint32_t(size) + uint32_t(alignment));
-  void* raw = malloc(size_t(ptrdiff_t(padded)) + slot);
+  void* raw = malloc(size_t(int64_t(padded)) + slot);
   if (raw == nullptr) return nullptr;
   const uintptr_t aligned = (uintptr_t(raw) + slot + alignment - 1) & ~(alignment - 1);
   memcpy(reinterpret_cast<void*>(aligned - slot), &raw, slot);

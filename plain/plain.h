@@ -1,0 +1,13 @@
+/// Every operation as the plain loop that its contract in pqx_video.h describes, one sample or pixel at a time.
+#pragma once
+
+#include "pqx_video.h"
+
+namespace plain {
+
+decltype(pqx_Video_DownSample420_BL_8U) DownSample420_BL_8U;
+decltype(pqx_Video_DownSample420_BL_16S) DownSample420_BL_16S;
+decltype(pqx_Video_DownSample422_BL_8U) DownSample422_BL_8U;
+decltype(pqx_Video_DownSample422_BL_16S) DownSample422_BL_16S;
+
+}  // namespace plain

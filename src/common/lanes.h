@@ -1,0 +1,159 @@
+/// 128-bit registers that know what their lanes hold, so that overloads pick the instruction.
+#pragma once
+
+#include <emmintrin.h>
+#include <stdint.h>
+#include <string.h>
+
+namespace pqx {
+
+struct u8x16 {
+  __m128i v;
+};
+struct i16x8 {
+  __m128i v;
+};
+struct u16x8 {
+  __m128i v;
+};
+struct i32x4 {
+  __m128i v;
+};
+struct f32x4 {
+  __m128 v;
+};
+struct f64x2 {
+  __m128d v;
+};
+
+// Loads and stores take any address.
+template <class R>
+R load(const void* p) {
+  R r;
+  memcpy(&r, p, sizeof r);
+  return r;
+}
+template <class R>
+void store(void* p, R r) {
+  memcpy(p, &r, sizeof r);
+}
+
+/// The low 8 bytes; the rest of the register is zero.
+template <class R>
+R load_half(const void* p) {
+  return {_mm_loadl_epi64(static_cast<const __m128i*>(p))};
+}
+template <class R>
+void store_half(void* p, R r) {
+  _mm_storel_epi64(static_cast<__m128i*>(p), r.v);
+}
+
+/// One value in a place of any alignment.
+template <class T>
+T load_one(const void* p) {
+  T value;
+  memcpy(&value, p, sizeof value);
+  return value;
+}
+template <class T>
+void store_one(void* p, T value) {
+  memcpy(p, &value, sizeof value);
+}
+
+/// The first n bytes, 0 <= n <= 15, behind which the register is zero; no other byte is read.
+template <class R>
+R load_first(const void* p, int n) {
+  const char* end = static_cast<const char*>(p) + n;
+  __m128i r = _mm_setzero_si128();
+  if (n & 1) r = _mm_cvtsi32_si128(*reinterpret_cast<const uint8_t*>(end -= 1));
+  if (n & 2) r = _mm_or_si128(_mm_slli_si128(r, 2), _mm_cvtsi32_si128(load_one<uint16_t>(end -= 2)));
+  if (n & 4) r = _mm_or_si128(_mm_slli_si128(r, 4), _mm_cvtsi32_si128(load_one<int32_t>(end -= 4)));
+  if (n & 8) r = _mm_unpacklo_epi64(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(end - 8)), r);
+  return {r};
+}
+
+/// Stores the first n bytes, 0 <= n <= 15, and no other.
+template <class R>
+void store_first(void* p, R value, int n) {
+  char* d = static_cast<char*>(p);
+  __m128i r = value.v;
+  if (n & 8) {
+    _mm_storel_epi64(reinterpret_cast<__m128i*>(d), r);
+    r = _mm_unpackhi_epi64(r, r);
+    d += 8;
+  }
+  if (n & 4) {
+    store_one(d, _mm_cvtsi128_si32(r));
+    r = _mm_srli_si128(r, 4);
+    d += 4;
+  }
+  if (n & 2) {
+    store_one(d, uint16_t(_mm_cvtsi128_si32(r)));
+    r = _mm_srli_si128(r, 2);
+    d += 2;
+  }
+  if (n & 1) *d = char(_mm_cvtsi128_si32(r));
+}
+
+inline u8x16 all_u8(int x) { return {_mm_set1_epi8(char(x))}; }
+inline i16x8 all_i16(int x) { return {_mm_set1_epi16(short(x))}; }
+inline u16x8 all_u16(int x) { return {_mm_set1_epi16(short(x))}; }
+inline i32x4 all_i32(int x) { return {_mm_set1_epi32(x)}; }
+
+inline u8x16 operator&(u8x16 a, u8x16 b) { return {_mm_and_si128(a.v, b.v)}; }
+inline u8x16 operator|(u8x16 a, u8x16 b) { return {_mm_or_si128(a.v, b.v)}; }
+inline u8x16 operator^(u8x16 a, u8x16 b) { return {_mm_xor_si128(a.v, b.v)}; }
+inline u8x16 operator+(u8x16 a, u8x16 b) { return {_mm_add_epi8(a.v, b.v)}; }
+inline u8x16 operator-(u8x16 a, u8x16 b) { return {_mm_sub_epi8(a.v, b.v)}; }
+
+// 16-bit sums wrap; the choice of i16x8 or u16x8 tells how shifts, comparisons and packs read the lanes.
+inline i16x8 operator+(i16x8 a, i16x8 b) { return {_mm_add_epi16(a.v, b.v)}; }
+inline i16x8 operator-(i16x8 a, i16x8 b) { return {_mm_sub_epi16(a.v, b.v)}; }
+inline i16x8 operator&(i16x8 a, i16x8 b) { return {_mm_and_si128(a.v, b.v)}; }
+inline i16x8 operator|(i16x8 a, i16x8 b) { return {_mm_or_si128(a.v, b.v)}; }
+inline i16x8 operator>>(i16x8 a, int k) { return {_mm_srai_epi16(a.v, k)}; }
+inline i16x8 operator<<(i16x8 a, int k) { return {_mm_slli_epi16(a.v, k)}; }
+inline u16x8 operator+(u16x8 a, u16x8 b) { return {_mm_add_epi16(a.v, b.v)}; }
+inline u16x8 operator-(u16x8 a, u16x8 b) { return {_mm_sub_epi16(a.v, b.v)}; }
+inline u16x8 operator&(u16x8 a, u16x8 b) { return {_mm_and_si128(a.v, b.v)}; }
+inline u16x8 operator|(u16x8 a, u16x8 b) { return {_mm_or_si128(a.v, b.v)}; }
+inline u16x8 operator>>(u16x8 a, int k) { return {_mm_srli_epi16(a.v, k)}; }
+inline u16x8 operator<<(u16x8 a, int k) { return {_mm_slli_epi16(a.v, k)}; }
+
+inline i32x4 operator+(i32x4 a, i32x4 b) { return {_mm_add_epi32(a.v, b.v)}; }
+inline i32x4 operator-(i32x4 a, i32x4 b) { return {_mm_sub_epi32(a.v, b.v)}; }
+inline i32x4 operator&(i32x4 a, i32x4 b) { return {_mm_and_si128(a.v, b.v)}; }
+inline i32x4 operator|(i32x4 a, i32x4 b) { return {_mm_or_si128(a.v, b.v)}; }
+inline i32x4 operator>>(i32x4 a, int k) { return {_mm_srai_epi32(a.v, k)}; }
+inline i32x4 operator<<(i32x4 a, int k) { return {_mm_slli_epi32(a.v, k)}; }
+
+inline f32x4 operator+(f32x4 a, f32x4 b) { return {_mm_add_ps(a.v, b.v)}; }
+inline f32x4 operator-(f32x4 a, f32x4 b) { return {_mm_sub_ps(a.v, b.v)}; }
+inline f32x4 operator*(f32x4 a, f32x4 b) { return {_mm_mul_ps(a.v, b.v)}; }
+inline f64x2 operator+(f64x2 a, f64x2 b) { return {_mm_add_pd(a.v, b.v)}; }
+inline f64x2 operator-(f64x2 a, f64x2 b) { return {_mm_sub_pd(a.v, b.v)}; }
+inline f64x2 operator*(f64x2 a, f64x2 b) { return {_mm_mul_pd(a.v, b.v)}; }
+
+/// (a * m) >> 16.
+inline u16x8 high_product(u16x8 a, u16x8 m) { return {_mm_mulhi_epu16(a.v, m.v)}; }
+/// (a + b + 1) >> 1.
+inline u8x16 mean_up(u8x16 a, u8x16 b) { return {_mm_avg_epu8(a.v, b.v)}; }
+inline u16x8 mean_up(u16x8 a, u16x8 b) { return {_mm_avg_epu16(a.v, b.v)}; }
+/// Sums of two neighbouring products, in 32 bits.
+inline i32x4 pair_products(i16x8 a, i16x8 b) { return {_mm_madd_epi16(a.v, b.v)}; }
+
+/// Bytes 0, 2, 4, ... and 1, 3, 5, ... as words.
+inline u16x8 even_bytes(u8x16 a) { return {_mm_and_si128(a.v, _mm_set1_epi16(255))}; }
+inline u16x8 odd_bytes(u8x16 a) { return {_mm_srli_epi16(a.v, 8)}; }
+/// Bytes of a and b in turn: the words b << 8 | a.
+inline u8x16 interleave_low(u8x16 a, u8x16 b) { return {_mm_unpacklo_epi8(a.v, b.v)}; }
+inline u8x16 interleave_high(u8x16 a, u8x16 b) { return {_mm_unpackhi_epi8(a.v, b.v)}; }
+
+/// The lanes of a, then those of b, saturated to the narrower type.
+inline u8x16 pack(i16x8 a, i16x8 b) { return {_mm_packus_epi16(a.v, b.v)}; }
+inline i16x8 pack(i32x4 a, i32x4 b) { return {_mm_packs_epi32(a.v, b.v)}; }
+
+inline i16x8 as_signed(u16x8 a) { return {a.v}; }
+inline u16x8 as_unsigned(i16x8 a) { return {a.v}; }
+
+}  // namespace pqx

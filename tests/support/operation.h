@@ -1,0 +1,122 @@
+/// Runs an operation against its plain model over sizes, steps, placements and data, on guarded memory.
+#pragma once
+
+#include <algorithm>
+#include <cstdint>
+#include <functional>
+#include <limits>
+#include <random>
+#include <string>
+#include <type_traits>
+#include <utility>
+#include <vector>
+
+namespace test {
+
+/// The integer arguments of a call by their position in it; 0 where the argument is a pointer.
+using Ints = const std::vector<int>&;
+using Count = std::function<int64_t(Ints)>;
+using Random = std::mt19937;
+
+/// Bytes that an operation may touch, at a distance from the pointer it is given.
+struct Span {
+  int64_t offset;
+  int64_t bytes;
+};
+using Spans = std::function<std::vector<Span>(Ints)>;
+
+/// Kinds of data: any value; only the ends of the range; values around its middle; one value everywhere.
+enum class Data { random, extreme, small, flat };
+using Fill = std::function<void(Random&, Data, uint8_t* bytes, int64_t count)>;
+
+/// One argument of an operation, in the order of its parameters.
+struct Argument {
+  bool is_pointer = false;
+  Spans spans;              // pointers: what may be touched, exactly
+  Fill fill;                // pointers that are read
+  std::vector<int> values;  // sizes: what to try
+  Count row_bytes;          // steps: the bytes of one row, of which the step is then at least as large
+};
+
+/// The destination is tried at these distances in bytes from the source, in the same memory.
+struct Overlap {
+  int destination, source;
+  std::vector<int> distances;
+};
+
+union Slot {
+  void* pointer;
+  int number;
+};
+using Call = std::function<int64_t(const Slot*)>;
+
+struct Operation {
+  std::string name;
+  Call run, model;
+  std::vector<Argument> arguments;
+  std::vector<Overlap> overlaps = {};
+};
+
+/// Fails the running test with the operation's arguments and the first wrong byte.
+void check(const Operation& operation);
+void check(const std::vector<Operation>& family);
+
+/// Elements of type T from lo to hi.
+template <class T>
+Fill range(T lo, T hi) {
+  return [lo, hi](Random& random, Data data, uint8_t* bytes, int64_t count) {
+    const int64_t middle = lo < 0 && hi > 0 ? 0 : (int64_t(lo) + hi) / 2;
+    const T flat = T(lo + int64_t(random()) % (int64_t(hi) - lo + 1));
+    for (int64_t i = 0; i + int64_t(sizeof(T)) <= count; i += sizeof(T)) {
+      const uint32_t r = random();
+      T value = flat;
+      if (data == Data::random) value = T(lo + int64_t(r) % (int64_t(hi) - lo + 1));
+      if (data == Data::extreme) value = r & 1 ? lo : hi;
+      if (data == Data::small) value = T(std::min<int64_t>(hi, std::max<int64_t>(lo, middle + int(r % 7) - 3)));
+      std::copy_n(reinterpret_cast<const uint8_t*>(&value), sizeof(T), bytes + i);
+    }
+  };
+}
+
+/// A contiguous run of count elements, filled with any value of T unless told otherwise.
+template <class T>
+Argument buffer(Count count, Fill fill = range<T>(std::numeric_limits<T>::min(), std::numeric_limits<T>::max())) {
+  Argument argument;
+  argument.is_pointer = true;
+  argument.spans = [count](Ints n) { return std::vector<Span>{{0, count(n) * int64_t(sizeof(T))}}; };
+  argument.fill = fill;
+  return argument;
+}
+
+/// Rows of 8-bit samples at the distance that integer argument `step` tells.
+Argument plane(int step, Count columns, Count rows, Fill fill = range<uint8_t>(0, 255));
+
+Argument size(std::vector<int> values);
+
+/// A step for rows of that many bytes.
+Argument step(Count row_bytes);
+
+/// Sizes around what vector loops and their tails care for: below the minimum, up to a few vectors, longer rows.
+std::vector<int> row_lengths();
+
+template <class R, class... A>
+Call erase(R (*function)(A...)) {
+  return [function](const Slot* slots) {
+    return [&]<size_t... k>(std::index_sequence<k...>) {
+      auto get = [&]<class T>(const Slot& slot, T*) {
+        if constexpr (std::is_pointer_v<T>)
+          return static_cast<T>(slot.pointer);
+        else
+          return slot.number;
+      };
+      return int64_t(function(get(slots[k], static_cast<A*>(nullptr))...));
+    }
+    (std::index_sequence_for<A...>{});
+  };
+}
+
+}  // namespace test
+
+/// An operation with its model, both under the operation's own name.
+#define OPERATION(NAME, ...) \
+  { #NAME, test::erase(pqx_Video_##NAME), test::erase(plain::NAME), __VA_ARGS__ }
