@@ -1,0 +1,34 @@
+#!/usr/bin/env bash
+# exports.sh LIBRARY HEADER: the library exports what the header declares, functions under both names, and nothing
+# else; it needs its companion, the math and the C library; it has a soname and runs no code when it is loaded.
+set -euo pipefail
+library=$1 header=$2
+failed=0
+expect_same() {  # WHAT EXPECTED ACTUAL
+  [ "$2" = "$3" ] && return
+  echo "$1:" && diff <(echo "$2") <(echo "$3") | sed -n 's/^</  missing: /p; s/^>/  not wanted: /p'
+  failed=1
+}
+
+functions=$(grep -oP '^PQX_API [^(]*?\bpqx_\w+(?=\()' "$header" | grep -oP '\w+$')
+data=$(grep -oP '^extern PQX_API .*?\bpqx\w+(?=[\[;])' "$header" | grep -oP '\w+$')
+twins=$(grep -vE '^pqx_VideoInterpX_Y_XY_8U_(comm|w16)$' <<<"$functions" | sed 's/^/__/')
+[ "$(wc -l <<<"$functions")" -ge 50 ] || { echo "found too few declarations in $header"; exit 1; }
+
+expect_same "exported symbols" "$(printf '%s\n' "$functions" "$twins" "$data" | sort)" \
+  "$(nm -D --defined-only "$library" | awk '{print $3}' | sort)"
+
+address_of() { nm -D --defined-only "$library" | awk -v n="$1" '$3 == n {print $1}'; }
+for name in $twins; do
+  [ "$(address_of "$name")" = "$(address_of "${name#__}")" ] || { echo "$name has an entry of its own"; failed=1; }
+done
+
+dynamic=$(readelf -dW "$library")
+expect_same "needed libraries" "$(printf 'libpqx_vector.so\nlibm.so.6\nlibc.so.6')" \
+  "$(grep -oP 'NEEDED.*\[\K[^]]+' <<<"$dynamic")"
+expect_same "soname" libpqx_video.so "$(grep -oP 'SONAME.*\[\K[^]]+' <<<"$dynamic")"
+expect_same "run path" '$ORIGIN' "$(grep -oP 'RUNPATH.*\[\K[^]]+' <<<"$dynamic")"
+
+# The compiler's own start-up entry is the only one.
+expect_same "bytes of start-up functions" 8 "$(($(readelf -dW "$library" | grep -oP 'INIT_ARRAYSZ\)\s+\K\d+')))"
+exit $failed
