@@ -5,6 +5,16 @@
 
 namespace plain {
 
+decltype(pqx_Video_DCT8x8Fwd_16S) DCT8x8Fwd_16S;
+decltype(pqx_Video_DCT8x8Fwd_12S_16S) DCT8x8Fwd_12S_16S;
+decltype(pqx_Video_DCT8x8Fwd_8U_16S) DCT8x8Fwd_8U_16S;
+decltype(pqx_Video_DCT8x8Inv_16S) DCT8x8Inv_16S;
+decltype(pqx_Video_DCT8x8Inv_16S_8U) DCT8x8Inv_16S_8U;
+decltype(pqx_Video_DCT8x8Inv_1Q_16S) DCT8x8Inv_1Q_16S;
+decltype(pqx_Video_DCT8x8Inv_1Q_16S_8U) DCT8x8Inv_1Q_16S_8U;
+decltype(pqx_Video_DCT8x8Inv_DC_16S) DCT8x8Inv_DC_16S;
+decltype(pqx_Video_DCT8x8Inv_DC_16S_8U) DCT8x8Inv_DC_16S_8U;
+
 decltype(pqx_Video_DownSample420_BL_8U) DownSample420_BL_8U;
 decltype(pqx_Video_DownSample420_BL_16S) DownSample420_BL_16S;
 decltype(pqx_Video_DownSample422_BL_8U) DownSample422_BL_8U;
