@@ -1,0 +1,8 @@
+#include "color/rgb_to_ycc.h"
+#include "common/export.h"
+
+pqx_Status pqx_Video_ColorCMYK2YCCK444_8U(const uint8_t* pSrc, uint8_t* pY, uint8_t* pCb, uint8_t* pCr, uint8_t* pK,
+                                          int len) {
+  return pqx::rgb_to_ycc444<pqx::layout::CMYK>(pSrc, pY, pCb, pCr, len, pK);
+}
+PQX_SECOND_NAME(pqx_Video_ColorCMYK2YCCK444_8U);
