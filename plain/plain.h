@@ -35,4 +35,18 @@ decltype(pqx_Video_ColorBGRA2YCC420_BL_8U) ColorBGRA2YCC420_BL_8U;
 decltype(pqx_Video_ColorCMYK2YCCK444_8U) ColorCMYK2YCCK444_8U;
 decltype(pqx_Video_ColorRGB2YCC444_16S) ColorRGB2YCC444_16S;
 
+decltype(pqx_Video_ColorYCC2RGB444_8U) ColorYCC2RGB444_8U;
+decltype(pqx_Video_ColorYCC2BGRA444_8U) ColorYCC2BGRA444_8U;
+decltype(pqx_Video_ColorYCC2ARGB444_8U) ColorYCC2ARGB444_8U;
+decltype(pqx_Video_ColorYCC2RGB422_NN_8U) ColorYCC2RGB422_NN_8U;
+decltype(pqx_Video_ColorYCC2BGRA422_NN_8U) ColorYCC2BGRA422_NN_8U;
+decltype(pqx_Video_ColorYCC2RGB422_BL_8U) ColorYCC2RGB422_BL_8U;
+decltype(pqx_Video_ColorYCC2BGRA422_BL_8U) ColorYCC2BGRA422_BL_8U;
+decltype(pqx_Video_ColorYCC2RGB420_NN_8U) ColorYCC2RGB420_NN_8U;
+decltype(pqx_Video_ColorYCC2BGRA420_NN_8U) ColorYCC2BGRA420_NN_8U;
+decltype(pqx_Video_ColorYCC2RGB420_BL_8U) ColorYCC2RGB420_BL_8U;
+decltype(pqx_Video_ColorYCC2BGRA420_BL_8U) ColorYCC2BGRA420_BL_8U;
+decltype(pqx_Video_ColorYCCK2CMYK444_8U) ColorYCCK2CMYK444_8U;
+decltype(pqx_Video_ColorYCC2RGB444_16S) ColorYCC2RGB444_16S;
+
 }  // namespace plain
