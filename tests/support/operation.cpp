@@ -104,12 +104,18 @@ class Checker {
     const size_t count = op_.arguments.size();
     std::vector<Buffer> buffers(count);
     std::vector<Slot> slots(count), model_slots(count);
+    int64_t room = 0;  // on both sides, for a destination in the source's memory
+    if (overlap) {
+      room = std::abs(distance);
+      for (const Span& s : op_.arguments[size_t(overlap->destination)].spans(ints))
+        room += std::max<int64_t>(s.bytes, 0);
+    }
     for (size_t k = 0; k < count; ++k) {
       const Argument& a = op_.arguments[k];
       if (!a.is_pointer)
         slots[k].number = model_slots[k].number = ints[k];
       else if (!overlap || overlap->destination != int(k))
-        place(buffers[k], k, a.spans(ints), placement, overlap ? std::abs(distance) : 0);
+        place(buffers[k], k, a.spans(ints), placement, room);
     }
     if (overlap) {
       Buffer& b = buffers[size_t(overlap->destination)];
