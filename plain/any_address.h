@@ -4,15 +4,22 @@
 
 namespace plain {
 
-/// A 16-bit sample in a place of any alignment.
-struct [[gnu::packed, gnu::may_alias]] AnyAddress16 {
-  int16_t value;
-  AnyAddress16() = default;
-  explicit AnyAddress16(int x) : value(int16_t(x)) {}
-  operator int() const { return value; }
+/// A T in a place of any alignment.
+template <class T>
+struct [[gnu::packed, gnu::may_alias]] AnyAddress {
+  T value;
+  AnyAddress() = default;
+  explicit AnyAddress(auto x) : value(T(x)) {}
+  operator T() const { return value; }
 };
 
-inline AnyAddress16* any_address(int16_t* p) { return reinterpret_cast<AnyAddress16*>(p); }
-inline const AnyAddress16* any_address(const int16_t* p) { return reinterpret_cast<const AnyAddress16*>(p); }
+template <class T>
+AnyAddress<T>* any_address(T* p) {
+  return reinterpret_cast<AnyAddress<T>*>(p);
+}
+template <class T>
+const AnyAddress<T>* any_address(const T* p) {
+  return reinterpret_cast<const AnyAddress<T>*>(p);
+}
 
 }  // namespace plain
