@@ -15,10 +15,23 @@ decltype(pqx_Video_DCT8x8Inv_1Q_16S_8U) DCT8x8Inv_1Q_16S_8U;
 decltype(pqx_Video_DCT8x8Inv_DC_16S) DCT8x8Inv_DC_16S;
 decltype(pqx_Video_DCT8x8Inv_DC_16S_8U) DCT8x8Inv_DC_16S_8U;
 
+decltype(pqx_Video_QuantizeInit_16S) QuantizeInit_16S;
+decltype(pqx_Video_Quantize_16S_I) Quantize_16S_I;
+decltype(pqx_Video_DeQuantizeInit_16S) DeQuantizeInit_16S;
+decltype(pqx_Video_DeQuantize_16S_I) DeQuantize_16S_I;
+
 decltype(pqx_Video_DownSample420_BL_8U) DownSample420_BL_8U;
 decltype(pqx_Video_DownSample420_BL_16S) DownSample420_BL_16S;
 decltype(pqx_Video_DownSample422_BL_8U) DownSample422_BL_8U;
 decltype(pqx_Video_DownSample422_BL_16S) DownSample422_BL_16S;
+decltype(pqx_Video_UpSample420_NN_8U) UpSample420_NN_8U;
+decltype(pqx_Video_UpSample420_NN_16S) UpSample420_NN_16S;
+decltype(pqx_Video_UpSample420_BL_8U) UpSample420_BL_8U;
+decltype(pqx_Video_UpSample420_BL_16S) UpSample420_BL_16S;
+decltype(pqx_Video_UpSample422_NN_8U) UpSample422_NN_8U;
+decltype(pqx_Video_UpSample422_NN_16S) UpSample422_NN_16S;
+decltype(pqx_Video_UpSample422_BL_8U) UpSample422_BL_8U;
+decltype(pqx_Video_UpSample422_BL_16S) UpSample422_BL_16S;
 
 decltype(pqx_Video_ColorRGB2YCC444_8U) ColorRGB2YCC444_8U;
 decltype(pqx_Video_ColorABGR2YCC444_8U) ColorABGR2YCC444_8U;
