@@ -17,11 +17,20 @@ struct Layout {
 };
 constexpr Layout RGB{3, 0, 1, 2, -1}, BGRA{4, 2, 1, 0, 3}, ARGB{4, 1, 2, 3, 0};
 
+/// clip() as a table, from the lowest half-unit sum on.
+constexpr int lowest = -576;
+constexpr auto clip_table = [] {
+  std::array<uint8_t, 1664> t{};
+  for (int i = 0; i < int(t.size()); ++i) t[size_t(i)] = clip(i + lowest);
+  return t;
+}();
+
 template <Layout L>
 void put(uint8_t* pixel, Ycc c) {
-  pixel[L.r] = clip(2 * c.y + tRCr[c.cr] - 359);
-  pixel[L.g] = clip(2 * c.y + tGCb[c.cb] - tGCr[c.cr]);
-  pixel[L.b] = clip(2 * c.y + tBCb[c.cb] - 454);
+  const uint8_t* clipped = clip_table.data() - lowest + 2 * c.y;
+  pixel[L.r] = clipped[tRCr[c.cr] - 359];
+  pixel[L.g] = clipped[tGCb[c.cb] - tGCr[c.cr]];
+  pixel[L.b] = clipped[tBCb[c.cb] - 454];
   if (L.a >= 0) pixel[L.a] = 255;
 }
 
@@ -62,18 +71,33 @@ pqx_Status convert_422_bilinear(const uint8_t* y, const uint8_t* cb, const uint8
   return PQX_OK;
 }
 
+/// Chroma of `pairs` pairs of pixels from pair `first` on; one sample more repeats the last.
+constexpr int block = 256;
+void interpolate(const uint8_t* near, const uint8_t* far, int columns, int first, int pairs, uint8_t* out) {
+  int16_t sums[block + 2];
+  auto sum = [=](int j) { return int16_t(3 * near[j] + far[j]); };
+  sums[0] = sum(std::max(first - 1, 0));
+  for (int j = 0; j < pairs; ++j) sums[j + 1] = sum(first + j);
+  sums[pairs + 1] = sum(std::min(first + pairs, columns - 1));
+  for (int j = 0; j < pairs; ++j) {
+    out[2 * j] = uint8_t((3 * sums[j + 1] + sums[j] + 8) >> 4);
+    out[2 * j + 1] = uint8_t((3 * sums[j + 1] + sums[j + 2] + 7) >> 4);
+  }
+  out[2 * pairs] = out[2 * pairs - 1];
+}
+
 /// One row of a pair, its chroma from the nearer and the farther chroma row.
 template <Layout L>
 void convert_420_bilinear(const uint8_t* y, const uint8_t* cb_near, const uint8_t* cb_far, const uint8_t* cr_near,
                           const uint8_t* cr_far, uint8_t* dst, int len) {
-  const int columns = std::max(len >> 1, 2);
-  for (int i = 0; i < len; ++i) {
-    const int x = std::min(i, 2 * columns - 1);  // an odd last column repeats the chroma of its neighbour
-    const int j = x / 2, k = std::clamp(x % 2 ? j + 1 : j - 1, 0, columns - 1), half = x % 2 ? 7 : 8;
-    auto chroma = [=](const uint8_t* n, const uint8_t* f) {
-      return (3 * (3 * n[j] + f[j]) + 3 * n[k] + f[k] + half) >> 4;
-    };
-    put<L>(dst + L.bytes * int64_t(i), {y[i], chroma(cb_near, cb_far), chroma(cr_near, cr_far)});
+  if (len < 1) return;
+  const int columns = std::max(len / 2, 2);
+  for (int j = 0; j < columns; j += block) {
+    uint8_t cb[2 * block + 1], cr[2 * block + 1];
+    const int pairs = std::min(block, columns - j), pixels = j + pairs == columns ? len - 2 * j : 2 * pairs;
+    interpolate(cb_near, cb_far, columns, j, pairs, cb);
+    interpolate(cr_near, cr_far, columns, j, pairs, cr);
+    convert_444<L>(y + 2 * j, cb, cr, dst + 2 * L.bytes * int64_t(j), pixels);
   }
 }
 
@@ -132,11 +156,12 @@ pqx_Status ColorYCC2BGRA420_BL_8U(const uint8_t* pY0, const uint8_t* pY1, const 
 pqx_Status ColorYCCK2CMYK444_8U(const uint8_t* pY, const uint8_t* pCb, const uint8_t* pCr, const uint8_t* pK,
                                 uint8_t* pDst, int len) {
   for (int i = 0; i < len; ++i) {
-    const int y2 = 2 * (255 - pY[i]), cb = pCb[i], cr = pCr[i];
+    const int cb = pCb[i], cr = pCr[i];
+    const uint8_t* clipped = clip_table.data() - lowest + 2 * (255 - pY[i]);
     uint8_t* pixel = pDst + 4 * int64_t(i);
-    pixel[0] = clip(y2 - tRCr[cr] + 359);
-    pixel[1] = clip(y2 - tGCb[cb] + tGCr[cr]);
-    pixel[2] = clip(y2 - tBCb[cb] + 454);
+    pixel[0] = clipped[359 - tRCr[cr]];
+    pixel[1] = clipped[tGCr[cr] - tGCb[cb]];
+    pixel[2] = clipped[454 - tBCb[cb]];
     pixel[3] = pK[i];
   }
   return PQX_OK;
