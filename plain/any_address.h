@@ -13,6 +13,8 @@ struct [[gnu::packed, gnu::may_alias]] AnyAddress {
   operator T() const { return value; }
 };
 
+using AnyAddress16 = AnyAddress<int16_t>;
+
 template <class T>
 AnyAddress<T>* any_address(T* p) {
   return reinterpret_cast<AnyAddress<T>*>(p);

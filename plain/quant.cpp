@@ -25,7 +25,7 @@ pqx_Status Quantize_16S_I(const float* pState, int16_t* pSrcDst) {
   auto* block = any_address(pSrcDst);
   for (int i = 0; i < 64; ++i) {
     const float sum = block[i] * state[i] + 32768.5f;
-    block[i] = AnyAddress<int16_t>(uint32_t(truncate(sum)) + 0x8000);
+    block[i] = AnyAddress16(uint32_t(truncate(sum)) + 0x8000);
   }
   return PQX_OK;
 }
@@ -40,7 +40,7 @@ pqx_Status DeQuantizeInit_16S(const int16_t* pQMatrix, double* pState) {
 pqx_Status DeQuantize_16S_I(const double* pState, int16_t* pSrcDst) {
   const auto* state = any_address(pState);
   auto* block = any_address(pSrcDst);
-  for (int i = 0; i < 64; ++i) block[i] = AnyAddress<int16_t>(truncate(block[i] * state[i]));
+  for (int i = 0; i < 64; ++i) block[i] = AnyAddress16(truncate(block[i] * state[i]));
   return PQX_OK;
 }
 
