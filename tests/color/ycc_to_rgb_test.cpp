@@ -15,6 +15,7 @@ int64_t pairs(int len) { return std::max(len, 0) / 2; }
 int64_t pairs_written(int len) { return 2 * pairs(len); }
 int64_t pairs_at_least_one(int len) { return std::max(len / 2, 1); }
 int64_t filtered_pairs_written(int len) { return 2 * pairs_at_least_one(len); }
+int64_t interpolated(int len) { return len < 1 ? 0 : std::max(len / 2, 2); }
 
 /// Samples or pixels of T, as many as the last argument, a length, asks for.
 template <class T>
@@ -39,6 +40,10 @@ TEST(YccToRgb, MatchesTheFormulaOnEveryRow) {
     const auto luma = bytes(pairs_written), chroma = bytes(pairs), dst = bytes(pairs_written, pixel);
     return std::vector{luma, luma, chroma, chroma, dst, dst, len};
   };
+  auto filtered420 = [&](int pixel) {
+    const auto c = bytes(interpolated), dst = bytes(whole, pixel);
+    return std::vector{y, y, c, c, c, c, c, c, dst, dst, len};
+  };
   const auto y16 = row<int16_t>(whole);
   test::check({
       OPERATION(ColorYCC2RGB444_8U, rgb444),
@@ -50,6 +55,8 @@ TEST(YccToRgb, MatchesTheFormulaOnEveryRow) {
       OPERATION(ColorYCC2BGRA422_BL_8U, filtered422(4)),
       OPERATION(ColorYCC2RGB420_NN_8U, nearest420(3)),
       OPERATION(ColorYCC2BGRA420_NN_8U, nearest420(4)),
+      OPERATION(ColorYCC2RGB420_BL_8U, filtered420(3)),
+      OPERATION(ColorYCC2BGRA420_BL_8U, filtered420(4)),
       OPERATION(ColorYCCK2CMYK444_8U, {y, y, y, y, bytes(whole, 4), len}),
       OPERATION(ColorYCC2RGB444_16S, {y16, y16, y16, row<int16_t>(whole, 3), len}),
   });
