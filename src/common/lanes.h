@@ -149,6 +149,12 @@ inline u16x8 odd_bytes(u8x16 a) { return {_mm_srli_epi16(a.v, 8)}; }
 inline u8x16 interleave_low(u8x16 a, u8x16 b) { return {_mm_unpacklo_epi8(a.v, b.v)}; }
 inline u8x16 interleave_high(u8x16 a, u8x16 b) { return {_mm_unpackhi_epi8(a.v, b.v)}; }
 
+/// Lanes of a and b in turn.
+inline u16x8 interleave_low(u16x8 a, u16x8 b) { return {_mm_unpacklo_epi16(a.v, b.v)}; }
+inline u16x8 interleave_high(u16x8 a, u16x8 b) { return {_mm_unpackhi_epi16(a.v, b.v)}; }
+inline i32x4 interleave_low(i32x4 a, i32x4 b) { return {_mm_unpacklo_epi32(a.v, b.v)}; }
+inline i32x4 interleave_high(i32x4 a, i32x4 b) { return {_mm_unpackhi_epi32(a.v, b.v)}; }
+
 /// The lanes of a, then those of b, saturated to the narrower type.
 inline u8x16 pack(i16x8 a, i16x8 b) { return {_mm_packus_epi16(a.v, b.v)}; }
 inline i16x8 pack(i32x4 a, i32x4 b) { return {_mm_packs_epi32(a.v, b.v)}; }
