@@ -1,0 +1,82 @@
+/// Benchmarks as tables: each line times this library, plain C and other libraries on the same memory.
+#pragma once
+
+#include <benchmark/benchmark.h>
+#include <stdint.h>
+
+#include <functional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "plain.h"
+#include "pqx_video.h"
+
+namespace bench {
+
+/// A job, done a number of times.
+using Work = std::function<void(int64_t times)>;
+
+template <class Once>
+Work repeated(Once once) {
+  return [once](int64_t times) mutable {
+    for (; times > 0; --times) {
+      once();
+      benchmark::ClobberMemory();
+    }
+  };
+}
+
+/// What a job has written: 8-bit samples, or 16-bit ones in the machine's order.
+struct Result {
+  std::vector<uint8_t> bytes;
+  bool words = false;
+};
+
+/// The memory of a job and what this library and plain C do with it.
+struct Setting {
+  double units;                   // pixels, samples or blocks that one job yields
+  std::function<void()> prepare;  // before every timing
+  std::function<void()> clear;    // results, before two contenders are compared
+  std::function<Result()> result;
+  std::function<Work()> ours, plain;
+};
+
+/// Another library at the same task.
+struct Rival {
+  std::string library;
+  std::string difference;  // in kind of work or arithmetic; empty if there is none but rounding
+  double tolerance;        // of the mean difference from our result
+  Setting setting;
+  std::function<Work()> make;  // called in the thread of the timing, after its instruction set has been chosen
+};
+
+struct Line {
+  std::string name;  // operation/shape
+  const char* unit;
+  double target;       // time of plain C over ours that is to be reached
+  bool against_peers;  // whether those limited to SSE2 are to be reached too
+  bool charted;        // in the chart, which shows every operation once
+  Setting setting;
+  std::vector<Rival> rivals;
+};
+
+/// Adds a line to the family named after a folder of operations.
+void add(const std::string& family, const Line& line);
+
+/// Memory shared by all lines, always at one place, of which at least that many bytes are filled on return: bytes or
+/// 12-bit words that vary as pictures do, and room for results.
+uint8_t* varied_bytes(int64_t count);
+uint8_t* varied_words(int64_t count);
+uint8_t* results(int64_t count);
+
+/// An operation under its name in both libraries.
+template <class F>
+struct Sides {
+  const char* name;
+  F *ours, *plain;
+};
+#define OPERATION(NAME) \
+  bench::Sides<decltype(plain::NAME)> { #NAME, pqx_Video_##NAME, plain::NAME }
+
+}  // namespace bench

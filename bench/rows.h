@@ -1,0 +1,117 @@
+/// Operations that take one row or two of a picture at a time.
+#pragma once
+
+#include <array>
+
+#include "bench.h"
+
+namespace bench {
+
+/// How a plane relates to the pixels of its picture: bytes for each, and halvings across and down.
+struct PlaneForm {
+  int bytes;
+  int across = 0, down = 0;
+  bool words = false;
+};
+inline constexpr PlaneForm full{1}, halved{1, 1}, quartered{1, 1, 1}, rgb{3}, rgba{4};
+inline constexpr PlaneForm full_words{2, 0, 0, true}, halved_words{2, 1, 0, true}, quartered_words{2, 1, 1, true},
+    rgb_words{6, 0, 0, true};
+
+/// A pointer to whatever an operation wants to see there.
+struct At {
+  uint8_t* p;
+  template <class T>
+  operator T*() const {
+    return reinterpret_cast<T*>(p);
+  }
+};
+
+struct Plane {
+  uint8_t* origin;
+  int step, width, height, row_bytes, down;
+  bool words;
+
+  At row(int y) const { return {origin + int64_t(y) * step}; }
+};
+
+/// The planes of a picture, or of a few rows.
+struct Rows {
+  int width, height;
+  std::array<Plane, 4> in, out;
+  int out_planes;
+  int64_t bytes_read, bytes_written;
+};
+
+/// The rows of one call.
+struct Band {
+  const Rows& rows;
+  int y;
+  int width = rows.width;
+
+  At in(int plane, int row = 0) const { return rows.in[plane].row((y >> rows.in[plane].down) + row); }
+  At out(int plane, int row = 0) const { return rows.out[plane].row((y >> rows.out[plane].down) + row); }
+  /// As in(), but within the picture.
+  At in_clamped(int plane, int row) const {
+    const Plane& p = rows.in[plane];
+    const int wanted = (y >> p.down) + row;
+    return p.row(wanted < 0 ? 0 : wanted < p.height ? wanted : p.height - 1);
+  }
+};
+
+/// The planes of an operation and how to call it for one band of them.
+template <class Call>
+struct RowForm {
+  std::vector<PlaneForm> in, out;
+  int rows_per_call;
+  Call call;
+};
+template <class Call>
+RowForm(std::vector<PlaneForm>, std::vector<PlaneForm>, int, Call) -> RowForm<Call>;
+
+struct RowPeer {
+  std::string library, difference;
+  double tolerance;
+  std::function<Work(const Rows&)> make;
+  int more_rows = 1;  // for libraries that treat the edges of a picture apart from the rest
+  int planes = 1;     // of the result's size that are made at once
+};
+
+using RowPeers = std::vector<RowPeer>;
+
+/// Two rows of 1920, 35 and 16 pixels; for operations that walk pictures also two of those.
+enum Shapes { in_rows, in_rows_and_pictures };
+
+struct RowBench {
+  const char* operation;
+  std::vector<PlaneForm> in_forms, out_forms;
+  std::function<Work(const Rows&)> ours, plain;
+  double target;  // at 1920 pixels; elsewhere not to be slower is enough
+  Shapes shapes;
+  RowPeers peers;
+
+  template <class F, class Call>
+  RowBench(Sides<F> sides, const RowForm<Call>& form, double target, Shapes shapes, RowPeers peers)
+      : operation(sides.name),
+        in_forms(form.in),
+        out_forms(form.out),
+        ours(walk(sides.ours, form)),
+        plain(walk(sides.plain, form)),
+        target(target),
+        shapes(shapes),
+        peers(std::move(peers)) {}
+
+ private:
+  template <class F, class Call>
+  static std::function<Work(const Rows&)> walk(F* f, const RowForm<Call>& form) {
+    return [f, band = form.rows_per_call, call = form.call](const Rows& rows) {
+      return repeated([=] {
+        for (int y = 0; y < rows.height; y += band) call(f, Band{rows, y});
+      });
+    };
+  }
+};
+
+/// Adds a table to the family; yields true, so that a constant can stand for having done so.
+bool add_rows(const std::string& family, const char* unit, const std::vector<RowBench>& table);
+
+}  // namespace bench
