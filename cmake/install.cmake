@@ -1,0 +1,33 @@
+# What goes where when the library is installed. Everything finds its neighbours relative to itself, so an installed
+# tree can be moved.
+include(GNUInstallDirs)
+include(CMakePackageConfigHelpers)
+
+set(targets pqx_video pqx_video_static pqx_vector_static)
+if(NOT PQX_VECTOR_LIBRARY)
+  list(APPEND targets pqx_vector)
+endif()
+foreach(target IN LISTS targets)
+  string(REPLACE pqx_ "" name ${target})
+  set_target_properties(${target} PROPERTIES EXPORT_NAME ${name})
+endforeach()
+install(TARGETS ${targets} EXPORT pqx_video)
+install(FILES include/pqx_video.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+install(FILES LICENSE DESTINATION ${CMAKE_INSTALL_DOCDIR})
+
+set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/pqx_video)
+configure_package_config_file(cmake/pqx_videoConfig.cmake.in pqx_videoConfig.cmake INSTALL_DESTINATION ${package_dir})
+write_basic_package_version_file(pqx_videoConfigVersion.cmake COMPATIBILITY SameMajorVersion)
+install(EXPORT pqx_video NAMESPACE pqx:: FILE pqx_videoTargets.cmake DESTINATION ${package_dir})
+install(FILES ${PROJECT_BINARY_DIR}/pqx_videoConfig.cmake ${PROJECT_BINARY_DIR}/pqx_videoConfigVersion.cmake
+        DESTINATION ${package_dir})
+
+file(RELATIVE_PATH prefix_from_pc /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
+foreach(name pqx_video pqx_vector)
+  configure_file(cmake/${name}.pc.in ${name}.pc @ONLY)
+  install(FILES ${PROJECT_BINARY_DIR}/${name}.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+endforeach()
+
+if(TARGET pqxvideo)
+  install(TARGETS pqxvideo)
+endif()
