@@ -956,6 +956,359 @@ PQX_API pqx_Status pqx_Video_ColorYCCK2CMYK444_8U(const uint8_t* pY, const uint8
 PQX_API pqx_Status pqx_Video_ColorYCC2RGB444_16S(const int16_t* pY, const int16_t* pCb, const int16_t* pCr,
                                                  int16_t* pDst, int len);
 
+/**
+ * Converts a 4:1:1 picture of studio-range YUV (ITU-R BT.601) to RGB pixels for display; one U and one V serve
+ * four pixels of a row.
+ *
+ *     R = clamp((pqx_tYY[Y] + pqx_tRV[V] - 446) >> 1, 0, 255)
+ *     G = clamp((pqx_tYY[Y] + pqx_tGU[U] - pqx_tGV[V]) >> 1, 0, 255)
+ *     B = clamp((pqx_tYY[Y] + pqx_tBU[U] - 554) >> 1, 0, 255)
+ *
+ * @param pY       height rows of 4 * (width / 4) samples
+ * @param yStep    bytes from row to row of pY
+ * @param pU       height rows of width / 4 samples
+ * @param pV       likewise
+ * @param uvStep   bytes from row to row of pU and of pV
+ * @param pDst     height rows of 4 * (width / 4) pixels of 3 bytes R, G, B; remaining columns are not written
+ * @param dstStep  bytes from row to row of pDst
+ * @param width    pixels in a row; 0 or less does nothing
+ * @param height   rows; 0 or less does nothing
+ * @return #PQX_OK always
+ */
+PQX_API pqx_Status pqx_Video_ColorYUV2RGB411_8U(const uint8_t* pY, int yStep, const uint8_t* pU, const uint8_t* pV,
+                                                int uvStep, uint8_t* pDst, int dstStep, int width, int height);
+
+/**
+ * Converts a 4:1:1 picture of studio-range YUV to ARGB pixels, as pqx_Video_ColorYUV2RGB411_8U() does to RGB.
+ *
+ * @param pY       height rows of 4 * (width / 4) samples
+ * @param yStep    bytes from row to row of pY
+ * @param pU       height rows of width / 4 samples
+ * @param pV       likewise
+ * @param uvStep   bytes from row to row of pU and of pV
+ * @param pDst     height rows of 4 * (width / 4) pixels of 4 bytes A, R, G, B; A is set to 0; remaining columns
+ *                 are not written
+ * @param dstStep  bytes from row to row of pDst
+ * @param width    pixels in a row; 0 or less does nothing
+ * @param height   rows; 0 or less does nothing
+ * @return #PQX_OK always
+ */
+PQX_API pqx_Status pqx_Video_ColorYUV2ARGB411_8U(const uint8_t* pY, int yStep, const uint8_t* pU, const uint8_t* pV,
+                                                 int uvStep, uint8_t* pDst, int dstStep, int width, int height);
+
+/**
+ * Converts a 4:1:1 picture of studio-range YUV to ABGR pixels, as pqx_Video_ColorYUV2RGB411_8U() does to RGB.
+ *
+ * @param pY       height rows of 4 * (width / 4) samples
+ * @param yStep    bytes from row to row of pY
+ * @param pU       height rows of width / 4 samples
+ * @param pV       likewise
+ * @param uvStep   bytes from row to row of pU and of pV
+ * @param pDst     height rows of 4 * (width / 4) pixels of 4 bytes A, B, G, R; A is set to 0; remaining columns
+ *                 are not written
+ * @param dstStep  bytes from row to row of pDst
+ * @param width    pixels in a row; 0 or less does nothing
+ * @param height   rows; 0 or less does nothing
+ * @return #PQX_OK always
+ */
+PQX_API pqx_Status pqx_Video_ColorYUV2ABGR411_8U(const uint8_t* pY, int yStep, const uint8_t* pU, const uint8_t* pV,
+                                                 int uvStep, uint8_t* pDst, int dstStep, int width, int height);
+
+/**
+ * Converts a 4:2:0 picture of studio-range YUV to RGB pixels by the formula of pqx_Video_ColorYUV2RGB411_8U(); one
+ * U and one V serve the pixels of a 2x2 square.
+ *
+ * @param pY       2 * (height / 2) rows of 2 * (width / 2) samples
+ * @param yStep    bytes from row to row of pY
+ * @param pU       height / 2 rows of width / 2 samples
+ * @param pV       likewise
+ * @param uvStep   bytes from row to row of pU and of pV
+ * @param pDst     2 * (height / 2) rows of 2 * (width / 2) pixels of 3 bytes R, G, B; remaining columns and rows
+ *                 are not written
+ * @param dstStep  bytes from row to row of pDst
+ * @param width    pixels in a row; 0 or less does nothing
+ * @param height   rows; 0 or less does nothing
+ * @return #PQX_OK always
+ */
+PQX_API pqx_Status pqx_Video_ColorYUV2RGB420_8U(const uint8_t* pY, int yStep, const uint8_t* pU, const uint8_t* pV,
+                                                int uvStep, uint8_t* pDst, int dstStep, int width, int height);
+
+/**
+ * Converts a 4:2:0 picture of studio-range YUV to ARGB pixels, as pqx_Video_ColorYUV2RGB420_8U() does to RGB.
+ *
+ * @param pY       2 * (height / 2) rows of 2 * (width / 2) samples
+ * @param yStep    bytes from row to row of pY
+ * @param pU       height / 2 rows of width / 2 samples
+ * @param pV       likewise
+ * @param uvStep   bytes from row to row of pU and of pV
+ * @param pDst     2 * (height / 2) rows of 2 * (width / 2) pixels of 4 bytes A, R, G, B; A is set to 0; remaining
+ *                 columns and rows are not written
+ * @param dstStep  bytes from row to row of pDst
+ * @param width    pixels in a row; 0 or less does nothing
+ * @param height   rows; 0 or less does nothing
+ * @return #PQX_OK always
+ */
+PQX_API pqx_Status pqx_Video_ColorYUV2ARGB420_8U(const uint8_t* pY, int yStep, const uint8_t* pU, const uint8_t* pV,
+                                                 int uvStep, uint8_t* pDst, int dstStep, int width, int height);
+
+/**
+ * Converts a 4:2:0 picture of studio-range YUV to ABGR pixels, as pqx_Video_ColorYUV2RGB420_8U() does to RGB.
+ *
+ * @param pY       2 * (height / 2) rows of 2 * (width / 2) samples
+ * @param yStep    bytes from row to row of pY
+ * @param pU       height / 2 rows of width / 2 samples
+ * @param pV       likewise
+ * @param uvStep   bytes from row to row of pU and of pV
+ * @param pDst     2 * (height / 2) rows of 2 * (width / 2) pixels of 4 bytes A, B, G, R; A is set to 0; remaining
+ *                 columns and rows are not written
+ * @param dstStep  bytes from row to row of pDst
+ * @param width    pixels in a row; 0 or less does nothing
+ * @param height   rows; 0 or less does nothing
+ * @return #PQX_OK always
+ */
+PQX_API pqx_Status pqx_Video_ColorYUV2ABGR420_8U(const uint8_t* pY, int yStep, const uint8_t* pU, const uint8_t* pV,
+                                                 int uvStep, uint8_t* pDst, int dstStep, int width, int height);
+
+/**
+ * Converts a 4:2:0 picture of studio-range YUV to RGBA pixels, as pqx_Video_ColorYUV2RGB420_8U() does to RGB.
+ *
+ * @param pY       2 * (height / 2) rows of 2 * (width / 2) samples
+ * @param yStep    bytes from row to row of pY
+ * @param pU       height / 2 rows of width / 2 samples
+ * @param pV       likewise
+ * @param uvStep   bytes from row to row of pU and of pV
+ * @param pDst     2 * (height / 2) rows of 2 * (width / 2) pixels of 4 bytes R, G, B, A; A is set to 0; remaining
+ *                 columns and rows are not written
+ * @param dstStep  bytes from row to row of pDst
+ * @param width    pixels in a row; 0 or less does nothing
+ * @param height   rows; 0 or less does nothing
+ * @return #PQX_OK always
+ */
+PQX_API pqx_Status pqx_Video_ColorYUV2RGBA420_8U(const uint8_t* pY, int yStep, const uint8_t* pU, const uint8_t* pV,
+                                                 int uvStep, uint8_t* pDst, int dstStep, int width, int height);
+
+/**
+ * Converts a 4:2:2 picture of studio-range YUV to RGB pixels by the formula of pqx_Video_ColorYUV2RGB411_8U(); one
+ * U and one V serve two pixels of a row.
+ *
+ * @param pY       height rows of 2 * (width / 2) samples
+ * @param yStep    bytes from row to row of pY
+ * @param pU       height rows of width / 2 samples
+ * @param pV       likewise
+ * @param uvStep   bytes from row to row of pU and of pV
+ * @param pDst     height rows of 2 * (width / 2) pixels of 3 bytes R, G, B; remaining columns are not written
+ * @param dstStep  bytes from row to row of pDst
+ * @param width    pixels in a row; 0 or less does nothing
+ * @param height   rows; 0 or less does nothing
+ * @return #PQX_OK always
+ */
+PQX_API pqx_Status pqx_Video_ColorYUV2RGB422_8U(const uint8_t* pY, int yStep, const uint8_t* pU, const uint8_t* pV,
+                                                int uvStep, uint8_t* pDst, int dstStep, int width, int height);
+
+/**
+ * Converts a 4:2:2 picture of studio-range YUV to ARGB pixels, as pqx_Video_ColorYUV2RGB422_8U() does to RGB.
+ *
+ * @param pY       height rows of 2 * (width / 2) samples
+ * @param yStep    bytes from row to row of pY
+ * @param pU       height rows of width / 2 samples
+ * @param pV       likewise
+ * @param uvStep   bytes from row to row of pU and of pV
+ * @param pDst     height rows of 2 * (width / 2) pixels of 4 bytes A, R, G, B; A is set to 0; remaining columns
+ *                 are not written
+ * @param dstStep  bytes from row to row of pDst
+ * @param width    pixels in a row; 0 or less does nothing
+ * @param height   rows; 0 or less does nothing
+ * @return #PQX_OK always
+ */
+PQX_API pqx_Status pqx_Video_ColorYUV2ARGB422_8U(const uint8_t* pY, int yStep, const uint8_t* pU, const uint8_t* pV,
+                                                 int uvStep, uint8_t* pDst, int dstStep, int width, int height);
+
+/**
+ * Converts a 4:2:2 picture of studio-range YUV to ABGR pixels, as pqx_Video_ColorYUV2RGB422_8U() does to RGB.
+ *
+ * @param pY       height rows of 2 * (width / 2) samples
+ * @param yStep    bytes from row to row of pY
+ * @param pU       height rows of width / 2 samples
+ * @param pV       likewise
+ * @param uvStep   bytes from row to row of pU and of pV
+ * @param pDst     height rows of 2 * (width / 2) pixels of 4 bytes A, B, G, R; A is set to 0; remaining columns
+ *                 are not written
+ * @param dstStep  bytes from row to row of pDst
+ * @param width    pixels in a row; 0 or less does nothing
+ * @param height   rows; 0 or less does nothing
+ * @return #PQX_OK always
+ */
+PQX_API pqx_Status pqx_Video_ColorYUV2ABGR422_8U(const uint8_t* pY, int yStep, const uint8_t* pU, const uint8_t* pV,
+                                                 int uvStep, uint8_t* pDst, int dstStep, int width, int height);
+
+/**
+ * Converts a 4:4:4 picture of studio-range YUV (ITU-R BT.601) to RGB pixels for display. These forms round
+ * differently from the sub-sampled ones. With the sum s = pqx_t_Yuv2rgb[Y] + pqx_t_yUv2rgb[U] + pqx_t_yuV2rgb[V]:
+ *
+ *     R = clamp((s & 1023) - 256, 0, 255), G = clamp((s >> 10 & 1023) - 256, 0, 255), B = clamp(s >> 20, 0, 255)
+ *
+ * @param pY       height rows of width samples
+ * @param pU       likewise
+ * @param pV       likewise
+ * @param srcStep  bytes from row to row of the three planes
+ * @param pDst     height rows of width pixels of 3 bytes R, G, B
+ * @param dstStep  bytes from row to row of pDst
+ * @param width    pixels in a row; 0 or less does nothing
+ * @param height   rows; 0 or less does nothing
+ * @return #PQX_OK always
+ */
+PQX_API pqx_Status pqx_Video_ColorYUV2RGB444_8U(const uint8_t* pY, const uint8_t* pU, const uint8_t* pV, int srcStep,
+                                                uint8_t* pDst, int dstStep, int width, int height);
+
+/**
+ * Converts a 4:4:4 picture of studio-range YUV to ARGB pixels, as pqx_Video_ColorYUV2RGB444_8U() does to RGB.
+ *
+ * @param pY       height rows of width samples
+ * @param pU       likewise
+ * @param pV       likewise
+ * @param srcStep  bytes from row to row of the three planes
+ * @param pDst     height rows of width pixels of 4 bytes A, R, G, B; A is set to 0
+ * @param dstStep  bytes from row to row of pDst
+ * @param width    pixels in a row; 0 or less does nothing
+ * @param height   rows; 0 or less does nothing
+ * @return #PQX_OK always
+ */
+PQX_API pqx_Status pqx_Video_ColorYUV2ARGB444_8U(const uint8_t* pY, const uint8_t* pU, const uint8_t* pV, int srcStep,
+                                                 uint8_t* pDst, int dstStep, int width, int height);
+
+/**
+ * Converts a 4:4:4 picture of studio-range YUV to ABGR pixels, as pqx_Video_ColorYUV2RGB444_8U() does to RGB.
+ *
+ * @param pY       height rows of width samples
+ * @param pU       likewise
+ * @param pV       likewise
+ * @param srcStep  bytes from row to row of the three planes
+ * @param pDst     height rows of width pixels of 4 bytes A, B, G, R; A is set to 0
+ * @param dstStep  bytes from row to row of pDst
+ * @param width    pixels in a row; 0 or less does nothing
+ * @param height   rows; 0 or less does nothing
+ * @return #PQX_OK always
+ */
+PQX_API pqx_Status pqx_Video_ColorYUV2ABGR444_8U(const uint8_t* pY, const uint8_t* pU, const uint8_t* pV, int srcStep,
+                                                 uint8_t* pDst, int dstStep, int width, int height);
+
+/**
+ * Shows a 4:2:0 picture of studio-range YUV at double size: every pixel of pqx_Video_ColorYUV2ABGR420_8U() becomes
+ * a 2x2 square. Bytes A, B, G, R; A is set to 0.
+ *
+ * With an odd width the last column is not converted, and each further pair of rows starts one luma sample before
+ * its regular place (luma advances by 2 * yStep - 1) and one enlarged pixel before it in the destination (4 *
+ * dstStep - 8 bytes further).
+ *
+ * @param pY       luma plane
+ * @param yStep    bytes from row to row of pY
+ * @param pU       U plane
+ * @param pV       V plane
+ * @param uvStep   bytes from row to row of pU and of pV
+ * @param pDst     4 * (height / 2) rows of 4 * (width / 2) pixels of 4 bytes
+ * @param dstStep  bytes from row to row of pDst
+ * @param width    pixels in a row of the source; below 2 does nothing
+ * @param height   rows of the source, rounded down to a multiple of 2; below 2 does nothing
+ * @return #PQX_OK always
+ */
+PQX_API pqx_Status pqx_Video_ColorYUV2ABGR420_X2_8U(const uint8_t* pY, int yStep, const uint8_t* pU,
+                                                    const uint8_t* pV, int uvStep, uint8_t* pDst, int dstStep,
+                                                    int width, int height);
+
+/**
+ * Shows a 4:2:0 picture of studio-range YUV at triple size: every pixel of pqx_Video_ColorYUV2ABGR420_8U() becomes
+ * a 3x3 square. Bytes A, B, G, R; A is set to 0.
+ *
+ * With an odd width the last column is not converted, and each further pair of rows starts one luma sample before
+ * its regular place (luma advances by 2 * yStep - 1) and one enlarged pixel before it in the destination (6 *
+ * dstStep - 12 bytes further).
+ *
+ * @param pY       luma plane
+ * @param yStep    bytes from row to row of pY
+ * @param pU       U plane
+ * @param pV       V plane
+ * @param uvStep   bytes from row to row of pU and of pV
+ * @param pDst     6 * (height / 2) rows of 6 * (width / 2) pixels of 4 bytes
+ * @param dstStep  bytes from row to row of pDst
+ * @param width    pixels in a row of the source; below 2 does nothing
+ * @param height   rows of the source, rounded down to a multiple of 2; below 2 does nothing
+ * @return #PQX_OK always
+ */
+PQX_API pqx_Status pqx_Video_ColorYUV2ABGR420_X3_8U(const uint8_t* pY, int yStep, const uint8_t* pU,
+                                                    const uint8_t* pV, int uvStep, uint8_t* pDst, int dstStep,
+                                                    int width, int height);
+
+/**
+ * Converts a rectangle of a 4:2:0 picture of studio-range YUV to ABGR pixels in its place of a destination of the
+ * picture's size, each as in pqx_Video_ColorYUV2ABGR420_8U(). The rectangle x0 <= x < x1, y0 <= y < y1 may start
+ * and end on odd coordinates; pixel (x, y) takes the chroma at (x >> 1, y >> 1). An empty or inverted rectangle
+ * writes nothing.
+ *
+ * @param pY         luma plane
+ * @param yStep      bytes from row to row of pY
+ * @param pU         U plane
+ * @param pV         V plane
+ * @param uvStep     bytes from row to row of pU and of pV
+ * @param pDst       origin of the destination, 4 bytes a pixel: A, B, G, R; A is set to 0
+ * @param dstStep    bytes from row to row of pDst
+ * @param picWidth   width of the picture; not read
+ * @param picHeight  height of the picture; not read
+ * @param x0         first column
+ * @param y0         first row
+ * @param x1         column behind the last
+ * @param y1         row behind the last
+ * @return #PQX_OK always
+ */
+PQX_API pqx_Status pqx_Video_ColorYUV2ABGR420_W_8U(const uint8_t* pY, int yStep, const uint8_t* pU, const uint8_t* pV,
+                                                   int uvStep, uint8_t* pDst, int dstStep, int picWidth,
+                                                   int picHeight, int x0, int y0, int x1, int y1);
+
+/**
+ * Converts a rectangle of a 4:2:0 picture as pqx_Video_ColorYUV2ABGR420_W_8U(), into a destination 2 times the
+ * picture's size: pixel (x, y) becomes a 2x2 square whose first pixel is (2x, 2y).
+ *
+ * @param pY         luma plane
+ * @param yStep      bytes from row to row of pY
+ * @param pU         U plane
+ * @param pV         V plane
+ * @param uvStep     bytes from row to row of pU and of pV
+ * @param pDst       origin of the destination, 4 bytes a pixel: A, B, G, R; A is set to 0
+ * @param dstStep    bytes from row to row of pDst
+ * @param picWidth   width of the picture; not read
+ * @param picHeight  height of the picture; not read
+ * @param x0         first column
+ * @param y0         first row
+ * @param x1         column behind the last
+ * @param y1         row behind the last
+ * @return #PQX_OK always
+ */
+PQX_API pqx_Status pqx_Video_ColorYUV2ABGR420_WX2_8U(const uint8_t* pY, int yStep, const uint8_t* pU,
+                                                     const uint8_t* pV, int uvStep, uint8_t* pDst, int dstStep,
+                                                     int picWidth, int picHeight, int x0, int y0, int x1, int y1);
+
+/**
+ * Converts a rectangle of a 4:2:0 picture as pqx_Video_ColorYUV2ABGR420_W_8U(), into a destination 3 times the
+ * picture's size: pixel (x, y) becomes a 3x3 square whose first pixel is (3x, 3y).
+ *
+ * @param pY         luma plane
+ * @param yStep      bytes from row to row of pY
+ * @param pU         U plane
+ * @param pV         V plane
+ * @param uvStep     bytes from row to row of pU and of pV
+ * @param pDst       origin of the destination, 4 bytes a pixel: A, B, G, R; A is set to 0
+ * @param dstStep    bytes from row to row of pDst
+ * @param picWidth   width of the picture; not read
+ * @param picHeight  height of the picture; not read
+ * @param x0         first column
+ * @param y0         first row
+ * @param x1         column behind the last
+ * @param y1         row behind the last
+ * @return #PQX_OK always
+ */
+PQX_API pqx_Status pqx_Video_ColorYUV2ABGR420_WX3_8U(const uint8_t* pY, int yStep, const uint8_t* pU,
+                                                     const uint8_t* pV, int uvStep, uint8_t* pDst, int dstStep,
+                                                     int picWidth, int picHeight, int x0, int y0, int x1, int y1);
+
 /** @} */
 
 #ifdef __cplusplus
