@@ -142,10 +142,9 @@ class Checker {
   }
 
   void place(Buffer& b, size_t k, std::vector<Span> spans, int placement, int64_t room) {
-    int64_t low = 0, high = 0;
-    for (const Span& s : spans)
-      if (s.bytes > 0) low = std::min(low, s.offset), high = std::max(high, s.offset + s.bytes);
-    if (spans.size() == 1 && spans[0].bytes > 0) low = spans[0].offset, high = low + spans[0].bytes;
+    std::erase_if(spans, [](const Span& s) { return s.bytes <= 0; });
+    int64_t low = spans.empty() ? 0 : spans[0].offset, high = low;
+    for (const Span& s : spans) low = std::min(low, s.offset), high = std::max(high, s.offset + s.bytes);
     b.arena = &arenas_[k];
     b.arena->reserve(high - low + 2 * (margin + room) + 64);
     if (placement == ends_at_guard)
@@ -154,7 +153,6 @@ class Checker {
       b.pointer = b.arena->begin() - low + room;
     else
       b.pointer = b.arena->begin() + (margin + room + 15) / 16 * 16 - low + (placement + 5 * int64_t(k)) % 16;
-    std::erase_if(spans, [](const Span& s) { return s.bytes <= 0; });
     b.spans = std::move(spans);
     watch(b);
   }
