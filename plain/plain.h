@@ -62,4 +62,23 @@ decltype(pqx_Video_ColorYCC2BGRA420_BL_8U) ColorYCC2BGRA420_BL_8U;
 decltype(pqx_Video_ColorYCCK2CMYK444_8U) ColorYCCK2CMYK444_8U;
 decltype(pqx_Video_ColorYCC2RGB444_16S) ColorYCC2RGB444_16S;
 
+decltype(pqx_Video_ColorYUV2RGB411_8U) ColorYUV2RGB411_8U;
+decltype(pqx_Video_ColorYUV2ARGB411_8U) ColorYUV2ARGB411_8U;
+decltype(pqx_Video_ColorYUV2ABGR411_8U) ColorYUV2ABGR411_8U;
+decltype(pqx_Video_ColorYUV2RGB420_8U) ColorYUV2RGB420_8U;
+decltype(pqx_Video_ColorYUV2ARGB420_8U) ColorYUV2ARGB420_8U;
+decltype(pqx_Video_ColorYUV2ABGR420_8U) ColorYUV2ABGR420_8U;
+decltype(pqx_Video_ColorYUV2RGBA420_8U) ColorYUV2RGBA420_8U;
+decltype(pqx_Video_ColorYUV2RGB422_8U) ColorYUV2RGB422_8U;
+decltype(pqx_Video_ColorYUV2ARGB422_8U) ColorYUV2ARGB422_8U;
+decltype(pqx_Video_ColorYUV2ABGR422_8U) ColorYUV2ABGR422_8U;
+decltype(pqx_Video_ColorYUV2RGB444_8U) ColorYUV2RGB444_8U;
+decltype(pqx_Video_ColorYUV2ARGB444_8U) ColorYUV2ARGB444_8U;
+decltype(pqx_Video_ColorYUV2ABGR444_8U) ColorYUV2ABGR444_8U;
+decltype(pqx_Video_ColorYUV2ABGR420_X2_8U) ColorYUV2ABGR420_X2_8U;
+decltype(pqx_Video_ColorYUV2ABGR420_X3_8U) ColorYUV2ABGR420_X3_8U;
+decltype(pqx_Video_ColorYUV2ABGR420_W_8U) ColorYUV2ABGR420_W_8U;
+decltype(pqx_Video_ColorYUV2ABGR420_WX2_8U) ColorYUV2ABGR420_WX2_8U;
+decltype(pqx_Video_ColorYUV2ABGR420_WX3_8U) ColorYUV2ABGR420_WX3_8U;
+
 }  // namespace plain
