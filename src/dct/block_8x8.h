@@ -14,12 +14,14 @@ struct Block {
 
 inline Block load_block(const int16_t* src) {
   Block b;
+#pragma GCC unroll 8
   for (int y = 0; y < 8; ++y) b.row[y] = load<i16x8>(src + 8 * y);
   return b;
 }
 
 inline Block load_block(const uint8_t* src, int64_t step) {
   Block b;
+#pragma GCC unroll 8
   for (int y = 0; y < 8; ++y) b.row[y] = {_mm_unpacklo_epi8(load_half<u8x16>(src + y * step).v, _mm_setzero_si128())};
   return b;
 }
@@ -27,6 +29,7 @@ inline Block load_block(const uint8_t* src, int64_t step) {
 // Three times the perfect shuffle of 64 elements brings element 8*y + x to 8*x + y.
 inline Block shuffled(const Block& b) {
   Block s;
+#pragma GCC unroll 8
   for (int k = 0; k < 4; ++k) {
     s.row[2 * k] = interleave_low(b.row[k], b.row[k + 4]);
     s.row[2 * k + 1] = interleave_high(b.row[k], b.row[k + 4]);

@@ -1,10 +1,28 @@
 #pragma once
 
+#include "common/lanes.h"
+
 namespace pqx::dct {
 
-// cos(k pi / 16) / 2, and 1 / sqrt(2).
-inline constexpr double C1 = 0.4903926402016152, C2 = 0.46193976625564337, C3 = 0.4157348061512726,
-                        C4 = 0.3535533905932738, C5 = 0.27778511650980114, C6 = 0.19134171618254492,
-                        C7 = 0.09754516100806417, R2 = 0.7071067811865476;
+/// A constant ready for every kind of lanes. The values are out of the compiler's sight, so that products take them
+/// straight from memory; it would build them from one lane at every use.
+struct Factor {
+  alignas(16) double twice[2];
+  alignas(16) float four_times[4];
+
+  constexpr Factor(double c) : twice{c, c}, four_times{float(c), float(c), float(c), float(c)} {}
+};
+
+inline f64x2 operator*(f64x2 a, const Factor& c) { return {_mm_mul_pd(a.v, _mm_load_pd(c.twice))}; }
+inline f32x4 operator*(f32x4 a, const Factor& c) { return {_mm_mul_ps(a.v, _mm_load_ps(c.four_times))}; }
+
+/// cos(k pi / 16) / 2 times a scale. The inverse has a c4 of fewer digits: its DC gain is 0.99999999664, which decides
+/// exact halves. Pixels are scaled by 2^24.
+struct Cosines {
+  Factor c1, c2, c3, c4, c5, c6, c7;
+};
+extern const Cosines forward_cosines, inverse_cosines, pixel_cosines;
+
+extern const Factor half_root;  // 1 / sqrt(2), never scaled
 
 }  // namespace pqx::dct

@@ -2,6 +2,6 @@
 #include "dct/inverse_8x8.h"
 
 pqx_Status pqx_Video_DCT8x8Inv_16S(const int16_t* pSrc, int16_t* pDst) {
-  return pqx::dct::inverse_8x8(pqx::load_block(pSrc), pqx::dct::Residuals{pDst});
+  return pqx::dct::inverse_8x8(pSrc, pqx::dct::Residuals{pDst});
 }
 PQX_SECOND_NAME(pqx_Video_DCT8x8Inv_16S);
