@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <array>
+
 #include "operation.h"
 #include "plain.h"
 
@@ -7,10 +9,13 @@ using test::Argument, test::buffer, test::Ints, test::plane, test::step;
 
 namespace {
 
+using Block = std::array<int16_t, 64>;
+using Pixels = std::array<uint8_t, 64>;
+
 int64_t eight(Ints) { return 8; }
 int64_t block(Ints) { return 64; }
 
-/// Rows of 8-byte runs, one for each row of the top-left quarter.
+/// A block of which one 8-byte run is read in each of the upper four rows.
 Argument quarter_block() {
   Argument argument = buffer<int16_t>(block);
   argument.spans = [](Ints) { return std::vector<test::Span>{{0, 8}, {16, 8}, {32, 8}, {48, 8}}; };
@@ -23,7 +28,7 @@ Argument dc() {
 // In place, by whole rows and by odd bytes, upward and downward.
 const std::vector<int> distances = {0, 1, 2, 8, 15, 16, 48, 64, 100, 112, -1, -2, -8, -17, -32, -64, -111, -127};
 
-TEST(Dct8x8, MatchesTheTypedArithmeticOnAnyBlock) {
+TEST(Dct8x8, MatchesTheTypedArithmeticWhereverTheBlockLies) {
   const Argument samples = buffer<int16_t>(block), pixels = plane(1, eight, eight), out = plane(2, eight, eight);
   test::check({
       OPERATION(DCT8x8Fwd_16S, {samples, samples}, {{1, 0, distances}}),
@@ -36,6 +41,81 @@ TEST(Dct8x8, MatchesTheTypedArithmeticOnAnyBlock) {
       OPERATION(DCT8x8Inv_DC_16S, {dc(), samples}, {{1, 0, distances}}),
       OPERATION(DCT8x8Inv_DC_16S_8U, {dc(), out, step(eight)}),
   });
+}
+
+// The typed arithmetic lets an exact 1.5 (of 12 / 8) come out as 1.4999999, an exact 0.5 stays.
+TEST(Dct8x8, RoundsForwardAsTheTypesDecide) {
+  struct {
+    int16_t first;
+    std::array<int16_t, 8> row;
+  } const cases[] = {{1, {}},
+                     {4, {1, 1, 1, 1, 1, 0, 0, 0}},
+                     {12, {1, 2, 2, 2, 1, 1, 1, 0}},
+                     {-4, {0, -1, -1, -1, 0, 0, 0, 0}},
+                     {-20, {-2}}};
+  for (const auto& c : cases) {
+    const Block in = {c.first};
+    Block out;
+    pqx_Video_DCT8x8Fwd_16S(in.data(), out.data());
+    if (c.first == -20)
+      EXPECT_EQ(out[0], -2);
+    else
+      EXPECT_TRUE(std::equal(c.row.begin(), c.row.end(), out.begin())) << c.first << " gives " << out[0] << out[1];
+  }
+}
+
+// Every DC alone. The full forms fall short of an exact half by their DC gain, the DC forms do not.
+TEST(Dct8x8, InvertsEveryLoneDc) {
+  struct {
+    int dc, full, pixel, dc_form, dc_pixel;
+  } const cases[] = {
+      {4, 0, 1, 1, 1},           {12, 1, 2, 2, 2},           {-4, -1, 0, 0, 0},          {-12, -2, 0, -1, 0},
+      {-1, 0, 0, 0, 0},          {1020, 127, 128, 128, 128}, {1028, 128, 128, 129, 129}, {2043, 255, 255, 255, 255},
+      {2044, 255, 255, 256, 255}};
+  for (int value = -32768; value < 32768; ++value) {
+    const Block in = {int16_t(value)};
+    Block full, quarter, dc_form, expected;
+    Pixels pixels, quarter_pixels, dc_pixels, expected_pixels;
+    pqx_Video_DCT8x8Inv_16S(in.data(), full.data());
+    pqx_Video_DCT8x8Inv_1Q_16S(in.data(), quarter.data());
+    pqx_Video_DCT8x8Inv_DC_16S(in.data(), dc_form.data());
+    pqx_Video_DCT8x8Inv_16S_8U(in.data(), pixels.data(), 8);
+    pqx_Video_DCT8x8Inv_1Q_16S_8U(in.data(), quarter_pixels.data(), 8);
+    pqx_Video_DCT8x8Inv_DC_16S_8U(in.data(), dc_pixels.data(), 8);
+    plain::DCT8x8Inv_16S(in.data(), expected.data());
+    plain::DCT8x8Inv_16S_8U(in.data(), expected_pixels.data(), 8);
+    ASSERT_EQ(full, expected) << value;
+    ASSERT_EQ(quarter, expected) << value;
+    ASSERT_EQ(pixels, expected_pixels) << value;
+    ASSERT_EQ(quarter_pixels, expected_pixels) << value;
+    for (const auto& c : cases)
+      if (c.dc == value) {
+        EXPECT_EQ(full[63], c.full) << value;
+        EXPECT_EQ(pixels[63], c.pixel) << value;
+        EXPECT_EQ(dc_form[63], c.dc_form) << value;
+        EXPECT_EQ(dc_pixels[63], c.dc_pixel) << value;
+      }
+  }
+}
+
+// Any set of rows and any set of columns may hold coefficients.
+TEST(Dct8x8, InvertsEverySparseShape) {
+  std::mt19937 random(1);
+  for (int shape = 0; shape < 65536; ++shape) {
+    const int magnitude = 1 << random() % 16;
+    Block in = {};
+    for (int i = 0; i < 64; ++i)
+      if ((shape >> (i / 8) & 1) && (shape >> (8 + i % 8) & 1))
+        in[i] = int16_t(int(random() % (2 * magnitude)) - magnitude);
+    Block out, expected;
+    Pixels pixels, expected_pixels;
+    pqx_Video_DCT8x8Inv_16S(in.data(), out.data());
+    pqx_Video_DCT8x8Inv_16S_8U(in.data(), pixels.data(), 8);
+    plain::DCT8x8Inv_16S(in.data(), expected.data());
+    plain::DCT8x8Inv_16S_8U(in.data(), expected_pixels.data(), 8);
+    ASSERT_EQ(out, expected) << shape;
+    ASSERT_EQ(pixels, expected_pixels) << shape;
+  }
 }
 
 }  // namespace
