@@ -20,6 +20,9 @@ uint8_t y_of(uint32_t word) { return uint8_t(word); }
 uint8_t cb_of(uint32_t word) { return uint8_t(word >> 10); }
 uint8_t cr_of(uint32_t word) { return uint8_t(word >> 21); }
 
+// The nine bits of each chroma sum of two pixels.
+constexpr uint32_t chroma = 511 << 10 | 511u << 21;
+
 template <class Source>
 pqx_Status to_ycc444(Source src, uint8_t* y, uint8_t* cb, uint8_t* cr, int len) {
   for (int i = 0; i < len; ++i) {
@@ -37,8 +40,9 @@ pqx_Status to_ycc422(Source src, uint8_t* y, uint8_t* cb, uint8_t* cr, int len) 
     const uint32_t v = src.word(2 * j), w = src.word(2 * j + 1);
     y[2 * j] = y_of(v);
     y[2 * j + 1] = y_of(w);
-    cb[j] = uint8_t((cb_of(v) + cb_of(w) + j % 2) >> 1);
-    cr[j] = uint8_t((cr_of(v) + cr_of(w) + j % 2) >> 1);
+    const uint32_t sum = v + w + (j % 2 ? 1 << 10 | 1 << 21 : 0);
+    cb[j] = uint8_t(sum >> 11);
+    cr[j] = uint8_t(sum >> 22);
   }
   return PQX_OK;
 }
@@ -51,8 +55,9 @@ pqx_Status to_ycc420(Source src0, Source src1, uint8_t* y0, uint8_t* y1, uint8_t
     y0[2 * j + 1] = y_of(t);
     y1[2 * j] = y_of(v);
     y1[2 * j + 1] = y_of(w);
-    cb[j] = uint8_t((cb_of(s) + cb_of(t) + cb_of(v) + cb_of(w) + j % 2 * 2) >> 2);
-    cr[j] = uint8_t((cr_of(s) + cr_of(t) + cr_of(v) + cr_of(w) + j % 2 * 2) >> 2);
+    const uint32_t sum = ((s + t) & chroma) + ((v + w) & chroma) + (j % 2 ? 2 << 10 | 2 << 21 : 0);
+    cb[j] = uint8_t(sum >> 12);
+    cr[j] = uint8_t(sum >> 23);
   }
   return PQX_OK;
 }
