@@ -5,16 +5,20 @@
 namespace plain {
 namespace {
 
-// A pixel of that many bytes with its channels at those offsets.
-template <int bytes, int r, int g, int b>
+// Pixels of that many bytes with their channels at those offsets; inks are 255 minus the channels.
+template <int bytes, int r, int g, int b, int inks = 0>
 struct Pixels {
   const uint8_t* p;
-  uint32_t word(int64_t i) const { return r2j[p[bytes * i + r]] + g2j[p[bytes * i + g]] + b2j[p[bytes * i + b]]; }
+  uint32_t word(int64_t i) const {
+    const uint8_t* pixel = p + bytes * i;
+    return r2j[pixel[r] ^ inks] + g2j[pixel[g] ^ inks] + b2j[pixel[b] ^ inks];
+  }
 };
 using Rgb = Pixels<3, 0, 1, 2>;
 using Abgr = Pixels<4, 3, 2, 1>;
 using Argb = Pixels<4, 1, 2, 3>;
 using Bgra = Pixels<4, 2, 1, 0>;
+using Cmyk = Pixels<4, 0, 1, 2, 255>;
 
 uint8_t y_of(uint32_t word) { return uint8_t(word); }
 uint8_t cb_of(uint32_t word) { return uint8_t(word >> 10); }
@@ -106,14 +110,8 @@ pqx_Status ColorBGRA2YCC420_BL_8U(const uint8_t* pSrc0, const uint8_t* pSrc1, ui
 }
 
 pqx_Status ColorCMYK2YCCK444_8U(const uint8_t* pSrc, uint8_t* pY, uint8_t* pCb, uint8_t* pCr, uint8_t* pK, int len) {
-  for (int i = 0; i < len; ++i, pSrc += 4) {
-    const uint32_t w = r2j[255 - pSrc[0]] + g2j[255 - pSrc[1]] + b2j[255 - pSrc[2]];
-    pY[i] = y_of(w);
-    pCb[i] = cb_of(w);
-    pCr[i] = cr_of(w);
-    pK[i] = pSrc[3];
-  }
-  return PQX_OK;
+  for (int i = 0; i < len; ++i) pK[i] = pSrc[4 * i + 3];
+  return to_ycc444(Cmyk{pSrc}, pY, pCb, pCr, len);
 }
 
 pqx_Status ColorRGB2YCC444_16S(const int16_t* pSrc, int16_t* pY, int16_t* pCb, int16_t* pCr, int len) {

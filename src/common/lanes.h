@@ -47,6 +47,11 @@ template <class R>
 void store_half(void* p, R r) {
   _mm_storel_epi64(static_cast<__m128i*>(p), r.v);
 }
+template <class R>
+void store_high_half(void* p, R r) {
+  const auto high = r.v[1];
+  memcpy(p, &high, sizeof high);
+}
 
 /// One value in a place of any alignment.
 template <class T>
