@@ -100,6 +100,12 @@ void store_first(void* p, R value, int n) {
   if (n & 1) *d = char(_mm_cvtsi128_si32(r));
 }
 
+/// The same bits as other lanes.
+template <class R, class X>
+R as(X x) {
+  return {x.v};
+}
+
 inline u8x16 all_u8(int x) { return {_mm_set1_epi8(char(x))}; }
 inline i16x8 all_i16(int x) { return {_mm_set1_epi16(short(x))}; }
 inline u16x8 all_u16(int x) { return {_mm_set1_epi16(short(x))}; }
@@ -150,6 +156,9 @@ inline i32x4 pair_products(i16x8 a, i16x8 b) { return {_mm_madd_epi16(a.v, b.v)}
 /// Bytes 0, 2, 4, ... and 1, 3, 5, ... as words.
 inline u16x8 even_bytes(u8x16 a) { return {_mm_and_si128(a.v, _mm_set1_epi16(255))}; }
 inline u16x8 odd_bytes(u8x16 a) { return {_mm_srli_epi16(a.v, 8)}; }
+/// Bytes 0 to 7 and 8 to 15 as words.
+inline u16x8 low_bytes(u8x16 a) { return {_mm_unpacklo_epi8(a.v, _mm_setzero_si128())}; }
+inline u16x8 high_bytes(u8x16 a) { return {_mm_unpackhi_epi8(a.v, _mm_setzero_si128())}; }
 /// Bytes of a and b in turn: the words b << 8 | a.
 inline u8x16 interleave_low(u8x16 a, u8x16 b) { return {_mm_unpacklo_epi8(a.v, b.v)}; }
 inline u8x16 interleave_high(u8x16 a, u8x16 b) { return {_mm_unpackhi_epi8(a.v, b.v)}; }
