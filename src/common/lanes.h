@@ -29,13 +29,13 @@ struct f64x2 {
 // Loads and stores take any address.
 template <class R>
 R load(const void* p) {
-  R r;
-  memcpy(&r, p, sizeof r);
-  return r;
+  typedef decltype(R::v) Anywhere __attribute__((aligned(1), may_alias));
+  return {*static_cast<const Anywhere*>(p)};
 }
 template <class R>
 void store(void* p, R r) {
-  memcpy(p, &r, sizeof r);
+  typedef decltype(R::v) Anywhere __attribute__((aligned(1), may_alias));
+  *static_cast<Anywhere*>(p) = r.v;
 }
 
 /// The low 8 bytes; the rest of the register is zero.
