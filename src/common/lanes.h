@@ -65,6 +65,22 @@ void store_one(void* p, T value) {
   memcpy(p, &value, sizeof value);
 }
 
+/// The low 4, 8 or 16 bytes; the rest of the register is zero.
+template <int bytes, class R>
+R load_bytes(const void* p) {
+  static_assert(bytes == 4 || bytes == 8 || bytes == 16);
+  if constexpr (bytes == 16) return load<R>(p);
+  if constexpr (bytes == 8) return load_half<R>(p);
+  if constexpr (bytes == 4) return {_mm_cvtsi32_si128(load_one<int32_t>(p))};
+}
+template <int bytes, class R>
+void store_bytes(void* p, R r) {
+  static_assert(bytes == 4 || bytes == 8 || bytes == 16);
+  if constexpr (bytes == 16) store(p, r);
+  if constexpr (bytes == 8) store_half(p, r);
+  if constexpr (bytes == 4) store_one(p, _mm_cvtsi128_si32(r.v));
+}
+
 /// The first n bytes, 0 <= n <= 15, behind which the register is zero; no other byte is read.
 template <class R>
 R load_first(const void* p, int n) {
@@ -128,6 +144,7 @@ inline u16x8 operator+(u16x8 a, u16x8 b) { return {_mm_add_epi16(a.v, b.v)}; }
 inline u16x8 operator-(u16x8 a, u16x8 b) { return {_mm_sub_epi16(a.v, b.v)}; }
 inline u16x8 operator&(u16x8 a, u16x8 b) { return {_mm_and_si128(a.v, b.v)}; }
 inline u16x8 operator|(u16x8 a, u16x8 b) { return {_mm_or_si128(a.v, b.v)}; }
+inline u16x8 operator^(u16x8 a, u16x8 b) { return {_mm_xor_si128(a.v, b.v)}; }
 inline u16x8 operator>>(u16x8 a, int k) { return {_mm_srli_epi16(a.v, k)}; }
 inline u16x8 operator<<(u16x8 a, int k) { return {_mm_slli_epi16(a.v, k)}; }
 
@@ -150,6 +167,9 @@ inline u16x8 high_product(u16x8 a, u16x8 m) { return {_mm_mulhi_epu16(a.v, m.v)}
 /// (a + b + 1) >> 1.
 inline u8x16 mean_up(u8x16 a, u8x16 b) { return {_mm_avg_epu8(a.v, b.v)}; }
 inline u16x8 mean_up(u16x8 a, u16x8 b) { return {_mm_avg_epu16(a.v, b.v)}; }
+/// (a + b) >> 1.
+inline u8x16 mean_down(u8x16 a, u8x16 b) { return mean_up(a, b) - ((a ^ b) & all_u8(1)); }
+inline u16x8 mean_down(u16x8 a, u16x8 b) { return mean_up(a, b) - ((a ^ b) & all_u16(1)); }
 /// Sums of two neighbouring products, in 32 bits.
 inline i32x4 pair_products(i16x8 a, i16x8 b) { return {_mm_madd_epi16(a.v, b.v)}; }
 
@@ -159,11 +179,9 @@ inline u16x8 odd_bytes(u8x16 a) { return {_mm_srli_epi16(a.v, 8)}; }
 /// Bytes 0 to 7 and 8 to 15 as words.
 inline u16x8 low_bytes(u8x16 a) { return {_mm_unpacklo_epi8(a.v, _mm_setzero_si128())}; }
 inline u16x8 high_bytes(u8x16 a) { return {_mm_unpackhi_epi8(a.v, _mm_setzero_si128())}; }
-/// Bytes of a and b in turn: the words b << 8 | a.
+/// Lanes of a and b in turn.
 inline u8x16 interleave_low(u8x16 a, u8x16 b) { return {_mm_unpacklo_epi8(a.v, b.v)}; }
 inline u8x16 interleave_high(u8x16 a, u8x16 b) { return {_mm_unpackhi_epi8(a.v, b.v)}; }
-
-/// Lanes of a and b in turn.
 inline u16x8 interleave_low(u16x8 a, u16x8 b) { return {_mm_unpacklo_epi16(a.v, b.v)}; }
 inline u16x8 interleave_high(u16x8 a, u16x8 b) { return {_mm_unpackhi_epi16(a.v, b.v)}; }
 inline i32x4 interleave_low(i32x4 a, i32x4 b) { return {_mm_unpacklo_epi32(a.v, b.v)}; }
@@ -175,5 +193,6 @@ inline i16x8 pack(i32x4 a, i32x4 b) { return {_mm_packs_epi32(a.v, b.v)}; }
 
 inline i16x8 as_signed(u16x8 a) { return {a.v}; }
 inline u16x8 as_unsigned(i16x8 a) { return {a.v}; }
+inline i32x4 as_dwords(u16x8 a) { return {a.v}; }
 
 }  // namespace pqx

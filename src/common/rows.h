@@ -11,4 +11,19 @@ inline bool disjoint(const void* a, int64_t n, const void* b, int64_t m) {
   return x + n <= y || y + m <= x;
 }
 
+/// The shortest row of T that pieces of a register cover.
+template <class T>
+constexpr int64_t shortest_covered = 4 / sizeof(T);
+
+/// Covers a row of n elements of T, 4 bytes or more, by calls of piece<bytes>(i) for the elements from i on: pieces of 16
+/// bytes, or of 8 or 4 where the row is shorter; the last one may overlap the one before.
+template <class T, int bytes = 16, class Piece>
+void cover_row(int64_t n, Piece piece) {
+  constexpr int width = bytes / int(sizeof(T));
+  if constexpr (bytes > 4)
+    if (n < width) return cover_row<T, bytes / 2>(n, piece);
+  for (int64_t i = 0; i < n - width; i += width) piece.template operator()<bytes>(i);
+  piece.template operator()<bytes>(n - width);
+}
+
 }  // namespace pqx

@@ -2,7 +2,7 @@
 #include "resample/up_sample.h"
 
 pqx_Status pqx_Video_UpSample420_NN_8U(const uint8_t* pSrc, int len, uint8_t* pDst0, uint8_t* pDst1) {
-  return pqx::up_sample_420_nn(pSrc, len, pDst0, pDst1);
+  return pqx::up_sample_nn(pSrc, len, pDst0, pDst1);
 }
 PQX_SECOND_NAME(pqx_Video_UpSample420_NN_8U);
 
