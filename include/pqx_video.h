@@ -351,7 +351,8 @@ PQX_API pqx_Status pqx_Video_DownSample422_BL_16S(const int16_t* pSrc, int len, 
  * @param pSrc   len samples
  * @param len    source samples; 0 writes nothing, and so does a negative even value. A negative odd value is taken
  *               as 1.
- * @param pDst0  2 * len samples, upper row
+ * @param pDst0  2 * len samples, upper row. Both rows may overlap pSrc: the result is that of taking the samples
+ *               one after the other.
  * @param pDst1  2 * len samples, lower row
  * @return #PQX_OK always
  */
@@ -362,7 +363,8 @@ PQX_API pqx_Status pqx_Video_UpSample420_NN_8U(const uint8_t* pSrc, int len, uin
  *
  * @param pSrc   len samples
  * @param len    source samples; 0 or less writes nothing
- * @param pDst0  2 * len samples, upper row
+ * @param pDst0  2 * len samples, upper row. Both rows may overlap pSrc: the result is that of taking the samples
+ *               one after the other.
  * @param pDst1  2 * len samples, lower row
  * @return #PQX_OK always
  */
@@ -412,7 +414,7 @@ PQX_API pqx_Status pqx_Video_UpSample420_BL_16S(const int16_t* pSrcPrev, const i
  * @param pSrc  len samples
  * @param len   source samples; 0 writes nothing, and so does a negative even value. A negative odd value is taken
  *              as 1.
- * @param pDst  2 * len samples
+ * @param pDst  2 * len samples. May overlap pSrc: the result is that of taking the samples one after the other.
  * @return #PQX_OK always
  */
 PQX_API pqx_Status pqx_Video_UpSample422_NN_8U(const uint8_t* pSrc, int len, uint8_t* pDst);
@@ -422,7 +424,7 @@ PQX_API pqx_Status pqx_Video_UpSample422_NN_8U(const uint8_t* pSrc, int len, uin
  *
  * @param pSrc  len samples
  * @param len   source samples; 0 or less writes nothing
- * @param pDst  2 * len samples
+ * @param pDst  2 * len samples. May overlap pSrc: the result is that of taking the samples one after the other.
  * @return #PQX_OK always
  */
 PQX_API pqx_Status pqx_Video_UpSample422_NN_16S(const int16_t* pSrc, int len, int16_t* pDst);
@@ -435,7 +437,8 @@ PQX_API pqx_Status pqx_Video_UpSample422_NN_16S(const int16_t* pSrc, int len, in
  *
  * @param pSrc  row s: max(len, 2) samples
  * @param len   source samples; any value below 3 is taken as 2: two samples are read and four written
- * @param pDst  2 * max(len, 2) samples
+ * @param pDst  2 * max(len, 2) samples. May overlap pSrc: the result is that of making the outputs one after the
+ *              other.
  * @return #PQX_OK always
  */
 PQX_API pqx_Status pqx_Video_UpSample422_BL_8U(const uint8_t* pSrc, int len, uint8_t* pDst);
@@ -446,7 +449,8 @@ PQX_API pqx_Status pqx_Video_UpSample422_BL_8U(const uint8_t* pSrc, int len, uin
  *
  * @param pSrc  max(len, 2) samples
  * @param len   source samples; any value below 3 is taken as 2
- * @param pDst  2 * max(len, 2) samples
+ * @param pDst  2 * max(len, 2) samples. May overlap pSrc: the result is that of making the outputs one after the
+ *              other.
  * @return #PQX_OK always
  */
 PQX_API pqx_Status pqx_Video_UpSample422_BL_16S(const int16_t* pSrc, int len, int16_t* pDst);
