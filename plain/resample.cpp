@@ -24,8 +24,9 @@ pqx_Status down_sample_422(const T* s, int len, T* out) {
 template <class T>
 pqx_Status up_sample_422_nn(const T* s, int n, T* out) {
   for (int j = 0; j < n; ++j) {
-    const T sample = s[j];
-    out[2 * j] = out[2 * j + 1] = sample;
+    const int sample = s[j];
+    out[2 * j] = T(sample);
+    out[2 * j + 1] = T(sample);
   }
   return PQX_OK;
 }
@@ -33,9 +34,11 @@ pqx_Status up_sample_422_nn(const T* s, int n, T* out) {
 template <class T>
 pqx_Status up_sample_420_nn(const T* s, int n, T* out0, T* out1) {
   for (int j = 0; j < n; ++j) {
-    const T sample = s[j];
-    out0[2 * j] = out0[2 * j + 1] = sample;
-    out1[2 * j] = out1[2 * j + 1] = sample;
+    const int sample = s[j];
+    out0[2 * j] = T(sample);
+    out0[2 * j + 1] = T(sample);
+    out1[2 * j] = T(sample);
+    out1[2 * j + 1] = T(sample);
   }
   return PQX_OK;
 }
