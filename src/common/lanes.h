@@ -193,6 +193,5 @@ inline i16x8 pack(i32x4 a, i32x4 b) { return {_mm_packs_epi32(a.v, b.v)}; }
 
 inline i16x8 as_signed(u16x8 a) { return {a.v}; }
 inline u16x8 as_unsigned(i16x8 a) { return {a.v}; }
-inline i32x4 as_dwords(u16x8 a) { return {a.v}; }
 
 }  // namespace pqx

@@ -150,8 +150,8 @@ void store_between(const int16_t* near, const int16_t* far, int16_t* dst) {
   const auto [even_left, even_right] = between_words(load_bytes<bytes, i16x8>(near), load_bytes<bytes, i16x8>(far));
   const auto [odd_left, odd_right] =
       between_words(load_bytes<bytes, i16x8>(near + 1), load_bytes<bytes, i16x8>(far + 1));
-  const u16x8 left = as_unsigned(pack(even_left, odd_left)), right = as_unsigned(pack(even_right, odd_right));
-  store_interleaved<bytes>(dst, as_dwords(interleave_low(left, right)), as_dwords(interleave_high(left, right)));
+  const u16x8 left = as<u16x8>(pack(even_left, odd_left)), right = as<u16x8>(pack(even_right, odd_right));
+  store_interleaved<bytes>(dst, as<i32x4>(interleave_low(left, right)), as<i32x4>(interleave_high(left, right)));
 }
 
 template <int bytes>
