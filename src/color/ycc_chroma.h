@@ -10,7 +10,6 @@ namespace pqx {
 // the term alone, which is done once for each chroma sample.
 
 /// The rules of one component as high products of one operand, scale * sample + bias.
-inline u8x16 mean_down(u8x16 a, u8x16 b) { return mean_up(a, b) - ((a ^ b) & all_u8(1)); }
 struct ChromaForm {
   int scale, bias;
   int factor, constant;  // red from Cr, halved: product - constant; blue from Cb: operand + product - constant

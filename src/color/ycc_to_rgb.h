@@ -175,8 +175,8 @@ struct ChromaLinear {
 
 template <PixelLayout L>
 void store_pixel(uint8_t* pixel, int y, Chroma c, int fourth) {
-  const int y2 = 2 * (L.inks ? 255 - y : y), sign = L.inks ? -1 : 1;
-  auto byte = [y2, sign](int term) { return pqx_tClip[576 + y2 + sign * term]; };
+  const int y2 = 2 * (L.inks ? 255 - y : y);
+  auto byte = [y2](int term) { return pqx_tClip[576 + y2 + (L.inks ? -term : term)]; };
   pixel[L.r] = byte(pqx_tRCr[c.cr] - rule::ycc_red_constant);
   pixel[L.g] = byte(pqx_tGCb[c.cb] - pqx_tGCr[c.cr]);
   pixel[L.b] = byte(pqx_tBCb[c.cb] - rule::ycc_blue_constant);
