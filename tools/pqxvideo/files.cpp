@@ -1,0 +1,99 @@
+#include "files.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <filesystem>
+#include <system_error>
+#include <utility>
+
+#include "failure.h"
+
+namespace pqxvideo {
+namespace {
+
+// Any picture of max_pixels fits, stored without compression and with alpha.
+constexpr size_t max_file_bytes = size_t{1} << 31;
+
+[[noreturn]] void fail(const char* what, int error) {
+  throw Failure(std::string(what) + ": " + std::strerror(error));
+}
+
+struct Descriptor {
+  int fd;
+  ~Descriptor() { ::close(fd); }
+};
+
+}  // namespace
+
+FileBytes::FileBytes(const std::string& path) {
+  const Descriptor file{::open(path.c_str(), O_RDONLY | O_CLOEXEC)};
+  struct stat info;
+  if (file.fd < 0 || ::fstat(file.fd, &info) != 0) fail("cannot read", errno);
+
+  // One byte more than a regular file holds, so that the first read meets its end.
+  size_t capacity = S_ISREG(info.st_mode) ? size_t(info.st_size) + 1 : size_t{1} << 16;
+  for (;;) {
+    if (size_ > max_file_bytes || capacity > 2 * max_file_bytes) throw Failure("cannot read: file too large");
+    auto grown = std::make_unique_for_overwrite<uint8_t[]>(capacity);
+    std::copy_n(bytes_.get(), size_, grown.get());
+    bytes_ = std::move(grown);
+    while (size_ < capacity) {
+      const ssize_t got = ::read(file.fd, bytes_.get() + size_, capacity - size_);
+      if (got < 0 && errno == EINTR) continue;
+      if (got < 0) fail("cannot read", errno);
+      if (got == 0) return;
+      size_ += size_t(got);
+    }
+    capacity *= 2;
+  }
+}
+
+OutputFile::OutputFile(const std::string& path) : path_(path) {
+  std::error_code error;
+  const auto status = std::filesystem::status(path, error);
+  const bool exists = std::filesystem::exists(status);
+  if (exists && !std::filesystem::is_regular_file(status)) {
+    const int fd = ::open(path.c_str(), O_WRONLY | O_CLOEXEC);
+    if (fd < 0) fail("cannot write", errno);
+    file_ = ::fdopen(fd, "wb");
+  } else {
+    if (exists) {
+      if (::access(path.c_str(), W_OK) != 0) fail("cannot write", errno);
+      path_ = std::filesystem::canonical(path, error);  // a link stays one
+    }
+    aside_ = (std::filesystem::path(path_).parent_path() / ".pqxvideo-XXXXXX").string();
+    const int fd = ::mkostemp(aside_.data(), O_CLOEXEC);
+    if (fd < 0) {
+      aside_.clear();
+      fail("cannot write", errno);
+    }
+    const mode_t mask = ::umask(0);
+    ::umask(mask);
+    ::fchmod(fd, 0666 & ~mask);
+    file_ = ::fdopen(fd, "wb");
+  }
+  std::setvbuf(file_, nullptr, _IOFBF, size_t{1} << 16);
+}
+
+OutputFile::~OutputFile() {
+  if (file_) std::fclose(file_);
+  if (!aside_.empty()) ::unlink(aside_.c_str());
+}
+
+void OutputFile::write(std::span<const uint8_t> bytes) {
+  if (std::fwrite(bytes.data(), 1, bytes.size(), file_) != bytes.size()) fail("cannot write", errno);
+}
+
+void OutputFile::commit() {
+  if (std::fclose(std::exchange(file_, nullptr)) != 0) fail("cannot write", errno);
+  if (aside_.empty()) return;
+  if (std::rename(aside_.c_str(), path_.c_str()) != 0) fail("cannot write", errno);
+  aside_.clear();
+}
+
+}  // namespace pqxvideo

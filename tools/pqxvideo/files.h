@@ -1,0 +1,40 @@
+#pragma once
+
+#include <cstdint>
+#include <cstdio>
+#include <memory>
+#include <span>
+#include <string>
+
+namespace pqxvideo {
+
+/// The bytes of a whole file.
+class FileBytes {
+ public:
+  explicit FileBytes(const std::string& path);
+  operator std::span<const uint8_t>() const { return {bytes_.get(), size_}; }
+
+ private:
+  size_t size_ = 0;
+  std::unique_ptr<uint8_t[]> bytes_;
+};
+
+/// A file that appears under its name only when it is complete: it is written beside it and renamed by commit().
+/// Devices and pipes are written directly.
+class OutputFile {
+ public:
+  explicit OutputFile(const std::string& path);
+  ~OutputFile();
+  OutputFile(const OutputFile&) = delete;
+  OutputFile& operator=(const OutputFile&) = delete;
+
+  void write(std::span<const uint8_t> bytes);
+  void commit();
+
+ private:
+  std::string path_;
+  std::string aside_;  // empty: written directly
+  std::FILE* file_ = nullptr;
+};
+
+}  // namespace pqxvideo

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string>
+
+#include "failure.h"
+
+namespace pqxvideo {
+
+inline constexpr int64_t max_pixels = int64_t{1} << 28;
+
+inline void check_dimensions(int64_t width, int64_t height) {
+  if (width < 1 || height < 1) throw Failure("picture without pixels");
+  if (width > max_pixels || height > max_pixels || width * height > max_pixels)
+    throw Failure("picture too large: " + std::to_string(width) + " x " + std::to_string(height) + " pixels");
+}
+
+/// A picture of 8-bit samples, grey or R, G, B. Every row has room for an even number of pixels, so that operations
+/// that work on pairs of pixels can run to the end of it.
+class Image {
+ public:
+  Image(int width, int height, int channels)
+      : width_(width),
+        height_(height),
+        channels_(channels),
+        step_((size_t(width) + 1) / 2 * 2 * size_t(channels)),
+        samples_(
+            (check_dimensions(width, height), std::make_unique_for_overwrite<uint8_t[]>(step_ * size_t(height)))) {}
+
+  int width() const { return width_; }
+  int height() const { return height_; }
+  int channels() const { return channels_; }
+  size_t row_bytes() const { return size_t(width_) * size_t(channels_); }
+  size_t step() const { return step_; }
+  uint8_t* row(int y) { return samples_.get() + step_ * size_t(y); }
+  const uint8_t* row(int y) const { return samples_.get() + step_ * size_t(y); }
+
+ private:
+  int width_, height_, channels_;
+  size_t step_;
+  std::unique_ptr<uint8_t[]> samples_;
+};
+
+}  // namespace pqxvideo

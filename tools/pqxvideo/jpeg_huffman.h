@@ -1,0 +1,70 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+
+#include "bit_reader.h"
+#include "jpeg_format.h"
+
+namespace pqxvideo::jpeg {
+
+/// Codes by symbol.
+class HuffmanEncoder {
+ public:
+  struct Code {
+    uint16_t bits = 0;
+    uint16_t length = 0;
+  };
+
+  explicit HuffmanEncoder(const HuffmanSpec& spec);
+  Code operator[](int symbol) const { return codes_[size_t(symbol)]; }
+
+ private:
+  std::array<Code, 256> codes_;
+};
+
+/// The best table for symbols that occur as often as given; at least one must occur.
+HuffmanSpec optimal_table(const std::array<int64_t, 256>& frequencies);
+
+/// Decodes a symbol together with the number whose size it states, mostly by one look at the next bits.
+class HuffmanDecoder {
+ public:
+  enum class Kind { dc, ac };
+
+  /// A run of zeros and the number behind it. A value of 0 stands for "end of block" or, with a run of 15, for 16
+  /// zeros; among DC differences it is a number like others.
+  struct Coefficient {
+    int16_t value;
+    uint8_t run;
+    uint8_t bits;  // taken by the code and the number; 0: not in the table of short codes
+  };
+
+  HuffmanDecoder() = default;
+  /// Throws Failure for a table that cannot be.
+  HuffmanDecoder(const HuffmanSpec& spec, Kind kind);
+
+  /// Takes up to 27 bits, which must be ready. Throws Failure for bits that are no code.
+  Coefficient decode(BitReader& bits) const {
+    Coefficient c = short_codes_[bits.peek(look_ahead)];
+    if (c.bits == 0) [[unlikely]]
+      c = decode_long(bits.ready());
+    bits.skip(c.bits);
+    return c;
+  }
+
+ private:
+  static constexpr int look_ahead = 10;
+
+  int run_of(int symbol) const { return kind_ == Kind::dc ? 0 : symbol >> 4; }
+  int size_of(int symbol) const { return kind_ == Kind::dc ? symbol : symbol & 15; }
+  Coefficient decode_long(uint64_t ready) const;
+
+  std::array<Coefficient, 1 << look_ahead> short_codes_{};
+  // By code length: the first 16 bits that are above all codes of that length, and what leads from code to symbol.
+  std::array<uint32_t, 17> limits_{};
+  std::array<int, 17> offsets_{};
+  std::array<uint8_t, 256> symbols_{};
+  Kind kind_ = Kind::dc;
+};
+
+}  // namespace pqxvideo::jpeg

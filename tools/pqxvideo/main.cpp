@@ -1,0 +1,143 @@
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <chrono>
+#include <iomanip>
+#include <iostream>
+#include <limits>
+#include <map>
+
+#include "contact_sheet.h"
+#include "files.h"
+#include "jpeg_decoder.h"
+#include "jpeg_encoder.h"
+#include "picture_file.h"
+#include "pqx_video.h"
+#include "psnr.h"
+
+namespace {
+
+using namespace pqxvideo;
+
+/// Does something; if timed, for half a second, and prints the best speed.
+template <class Action>
+auto perform(bool timed, Action action, auto picture_of) {
+  auto result = action();
+  if (!timed) return result;
+  using Clock = std::chrono::steady_clock;
+  double best = std::numeric_limits<double>::infinity();
+  const auto end = Clock::now() + std::chrono::milliseconds(500);
+  do {
+    const auto start = Clock::now();
+    result = action();
+    best = std::min(best, std::chrono::duration<double>(Clock::now() - start).count());
+  } while (Clock::now() < end);
+  const Image& picture = picture_of(result);
+  std::cout << picture.width() << " x " << picture.height() << " pixels, " << std::fixed << std::setprecision(1)
+            << picture.width() * (picture.height() / best) / 1e6 << " MP/s\n";
+  return result;
+}
+
+void encode(const std::string& in, const std::string& out, const EncoderOptions& options, bool time) {
+  const Image image = read_picture(in);
+  naming(out, [&] {
+    const auto bytes = perform(
+        time, [&] { return encode_jpeg(image, options); }, [&](const auto&) -> auto& { return image; });
+    OutputFile file(out);
+    file.write(bytes);
+    file.commit();
+  });
+}
+
+void decode(const std::string& in, const std::string& out, Upsampling upsampling, bool time) {
+  const Image image = naming(in, [&] {
+    const FileBytes bytes(in);
+    if (!is_jpeg(bytes)) throw Failure("not a JPEG file");
+    return perform(
+        time, [&] { return decode_jpeg(bytes, upsampling); }, [](const Image& decoded) -> auto& { return decoded; });
+  });
+  write_picture(out, image);
+}
+
+void print_psnr(const std::string& a, const std::string& b) {
+  const Image first = read_picture(a), second = read_picture(b);
+  print(std::cout, naming(a + ", " + b, [&] { return compare(first, second); }));
+}
+
+void write_sheet(const std::string& out, const std::string& original, const std::vector<std::string>& decoded) {
+  const Image first = read_picture(original);
+  std::vector<Image> others;
+  for (const std::string& path : decoded) others.push_back(read_picture(path));
+  write_picture(out, naming(original, [&] { return contact_sheet(first, others); }));
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  CLI::App app("Codes still pictures with libpqx_video.", "pqxvideo");
+  app.require_subcommand(1);
+  app.set_version_flag("--version", pqx_GetVersion());
+  std::string in, out;
+  std::vector<std::string> decoded;
+  EncoderOptions options;
+  std::string sampling = "420", upsampling = "bl";
+  bool time = false;
+  const CLI::Validator writable_kind(
+      [](const std::string& path) {
+        return is_writable_kind(path) ? "" : path + ": the name must end in .png, .ppm, .pgm or .pnm";
+      },
+      "{PNG,PNM}");
+
+  CLI::App* const jpeg = app.add_subcommand("jpeg", "Encodes and decodes JPEG files.")->require_subcommand(1);
+  CLI::App* const encoder = jpeg->add_subcommand("encode", "Encodes a picture as baseline JPEG.");
+  encoder->add_option("IN", in, "PNG or PNM file; alpha is dropped")->required();
+  encoder->add_option("OUT", out, "JPEG file")->required();
+  encoder->add_option("--quality", options.quality, "Scale of the quantization, 1..100")
+      ->check(CLI::Range(1, 100))
+      ->capture_default_str();
+  const std::map<std::string, Sampling> samplings{
+      {"420", Sampling::s420}, {"422", Sampling::s422}, {"444", Sampling::s444}};
+  encoder->add_option("--sampling", sampling, "Resolution of the chroma")
+      ->check(CLI::IsMember(samplings))
+      ->capture_default_str();
+  encoder->add_flag("--optimize", options.optimize, "Make the Huffman tables for this picture");
+
+  CLI::App* const decoder = jpeg->add_subcommand("decode", "Decodes a baseline JPEG file.");
+  decoder->add_option("IN", in, "JPEG file")->required();
+  decoder->add_option("OUT", out, "PNG or PNM file, by the ending of its name")->required()->check(writable_kind);
+  const std::map<std::string, Upsampling> upsamplings{{"bl", Upsampling::bilinear}, {"nn", Upsampling::nearest}};
+  decoder->add_option("--upsampling", upsampling, "Chroma bilinear (bl) or by nearest neighbour (nn)")
+      ->check(CLI::IsMember(upsamplings))
+      ->capture_default_str();
+  for (CLI::App* const command : {encoder, decoder})
+    command->add_flag("--time", time, "Repeat for half a second and print the best speed");
+
+  CLI::App* const psnr = app.add_subcommand("psnr", "Prints how much two pictures differ.");
+  psnr->add_option("A", in, "PNG, PNM or JPEG file")->required();
+  psnr->add_option("B", out, "PNG, PNM or JPEG file")->required();
+
+  CLI::App* const sheet =
+      app.add_subcommand("sheet", "Puts originals, decoded pictures and differences side by side.");
+  sheet->add_option("OUT", out, "PNG or PNM file, by the ending of its name")->required()->check(writable_kind);
+  sheet->add_option("ORIGINAL", in, "PNG, PNM or JPEG file")->required();
+  sheet->add_option("DECODED", decoded, "PNG, PNM or JPEG files of the same size")->required();
+
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::Success& success) {
+    return app.exit(success);
+  } catch (const CLI::ParseError& error) {
+    std::cerr << "pqxvideo: " << error.what() << '\n';
+    return 2;
+  }
+  try {
+    options.sampling = samplings.at(sampling);
+    if (encoder->parsed()) encode(in, out, options, time);
+    if (decoder->parsed()) decode(in, out, upsamplings.at(upsampling), time);
+    if (psnr->parsed()) print_psnr(in, out);
+    if (sheet->parsed()) write_sheet(out, in, decoded);
+  } catch (const std::exception& error) {
+    std::cerr << "pqxvideo: " << error.what() << '\n';
+    return 1;
+  }
+  return 0;
+}
