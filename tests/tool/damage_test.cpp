@@ -1,0 +1,101 @@
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+
+#include <chrono>
+#include <random>
+
+#include "jpeg_decoder.h"
+#include "jpeg_encoder.h"
+#include "picture_file.h"
+#include "pictures.h"
+#include "png_file.h"
+#include "pnm_file.h"
+
+using namespace pqxvideo;
+using namespace tool_test;
+
+namespace {
+
+std::vector<Bytes> make_seeds() {
+  std::vector<Bytes> seeds;
+  for (const auto& [width, height] : {std::pair{1, 1}, {33, 17}, {64, 40}}) {
+    const Image grey = make_picture(width, height, 1), colour = make_picture(width, height, 3);
+    seeds.push_back(encode_jpeg(grey, {}));
+    for (const Sampling sampling : {Sampling::s444, Sampling::s422, Sampling::s420})
+      seeds.push_back(encode_jpeg(colour, {50, sampling, true}));
+    for (const char* const options : {"-restart 1B", "-quality 3", "-rgb -optimize", "-sample 2x1 -restart 1"})
+      seeds.push_back(encode_outside(colour, options));
+    const Bytes plane = encode_jpeg(grey, {.quality = 30});
+    seeds.push_back(assemble(width, height, {plane, plane, plane, plane}, {0x11, 0x11, 0x11, 0x11}, 2));
+    const Workplace place;
+    for (const char* const name : {"picture.png", "picture.ppm"}) {
+      write_picture(place / name, make_picture(width / 2 + 1, height / 2 + 1, 3, Content::smooth));
+      seeds.push_back(read_bytes(place / name));
+    }
+  }
+  return seeds;
+}
+
+void damage(Bytes& bytes, std::mt19937& random) {
+  const auto below = [&](size_t n) { return n ? size_t(random() % n) : 0; };
+  // Headers are short: every third place is chosen among the first bytes.
+  const auto place = [&] { return below(random() % 3 ? bytes.size() : std::min<size_t>(bytes.size(), 200)); };
+  for (size_t times = 1 + below(4); times > 0 && !bytes.empty(); --times) {
+    const size_t at = place(), length = below(std::min<size_t>(bytes.size() - at, 30));
+    const auto first = bytes.begin() + ptrdiff_t(at), last = first + ptrdiff_t(length);
+    switch (below(16)) {
+      case 0:
+        bytes.erase(first, last);
+        break;
+      case 1: {
+        const Bytes copy(first, last);
+        bytes.insert(bytes.begin() + ptrdiff_t(place()), copy.begin(), copy.end());
+        break;
+      }
+      case 2:
+        bytes.resize(at);
+        break;
+      case 3:
+        *first = random() % 2 ? 0xFF : 0;
+        break;
+      case 4:
+        *first = uint8_t(random());
+        break;
+      default:
+        *first ^= uint8_t(1 << below(8));
+    }
+  }
+}
+
+}  // namespace
+
+TEST(Damage, NeverDoesMoreThanFail) {
+  using Clock = std::chrono::steady_clock;
+  const std::vector<Bytes> seeds = make_seeds();
+  for (const Bytes& seed : seeds) ASSERT_LT(seed.size(), 4096u);
+  std::mt19937 random(20240723);
+  int decoded = 0, refused = 0;
+  Clock::duration longest{};
+  for (int i = 0; i < 20000; ++i) {
+    Bytes bytes = seeds[size_t(i) % seeds.size()];
+    damage(bytes, random);
+    const auto start = Clock::now();
+    try {
+      const Image image = is_png(bytes)   ? read_png(bytes)
+                          : is_pnm(bytes) ? read_pnm(bytes)
+                                          : decode_jpeg(bytes, i % 2 ? Upsampling::nearest : Upsampling::bilinear);
+      ++decoded;
+    } catch (const Failure&) {
+      ++refused;
+    }
+    longest = std::max(longest, Clock::now() - start);
+  }
+  EXPECT_GT(decoded, 1000);
+  EXPECT_GT(refused, 1000);
+  EXPECT_LT(longest, std::chrono::seconds(2));
+  struct rusage usage;
+  getrusage(RUSAGE_SELF, &usage);
+  EXPECT_LT(usage.ru_maxrss, 1 << 20) << "more than a gigabyte";
+  RecordProperty("decoded", decoded);
+  RecordProperty("refused", refused);
+}

@@ -1,0 +1,223 @@
+#include <gtest/gtest.h>
+
+#include <sstream>
+
+#include "jpeg_encoder.h"
+#include "picture_file.h"
+#include "pictures.h"
+#include "png_file.h"
+#include "pnm_file.h"
+#include "psnr.h"
+
+using namespace pqxvideo;
+using namespace tool_test;
+
+namespace {
+
+Bytes text(const std::string& s) { return Bytes(s.begin(), s.end()); }
+
+std::vector<int> samples_of(const Image& image) {
+  std::vector<int> samples;
+  for (int y = 0; y < image.height(); ++y)
+    samples.insert(samples.end(), image.row(y), image.row(y) + image.row_bytes());
+  return samples;
+}
+
+/// PNG files of 3 x 1 pixels, of every kind that needs a conversion, made by this test's own hand.
+Bytes make_png(int depth, int colour, const Bytes& row, const std::vector<std::pair<std::string, Bytes>>& chunks) {
+  Bytes png{0x89, 'P', 'N', 'G', 13, 10, 26, 10};
+  const auto crc = [](const Bytes& bytes) {
+    uint32_t c = ~0u;
+    for (const uint8_t byte : bytes) {
+      c ^= byte;
+      for (int i = 0; i < 8; ++i) c = c >> 1 ^ (c & 1 ? 0xEDB88320u : 0);
+    }
+    return ~c;
+  };
+  const auto put_word = [](Bytes& out, uint32_t word) {
+    for (int shift = 24; shift >= 0; shift -= 8) out.push_back(uint8_t(word >> shift));
+  };
+  const auto chunk = [&](const std::string& name, const Bytes& contents) {
+    Bytes body(name.begin(), name.end());
+    body.insert(body.end(), contents.begin(), contents.end());
+    put_word(png, uint32_t(contents.size()));
+    png.insert(png.end(), body.begin(), body.end());
+    put_word(png, crc(body));
+  };
+  chunk("IHDR", {0, 0, 0, 3, 0, 0, 0, 1, uint8_t(depth), uint8_t(colour), 0, 0, 0});
+  for (const auto& [name, contents] : chunks) chunk(name, contents);
+  // One stored block: filter type 0 and the row.
+  const uint8_t length = uint8_t(row.size() + 1);
+  Bytes data{0x78, 1, 1, length, 0, uint8_t(~length), 0xFF, 0};
+  data.insert(data.end(), row.begin(), row.end());
+  uint32_t a = 1, b = 1;  // Adler checksum behind the filter byte
+  for (const uint8_t byte : row) b += a += byte;
+  put_word(data, b % 65521 << 16 | a % 65521);
+  chunk("IDAT", data);
+  chunk("IEND", {});
+  return png;
+}
+
+}  // namespace
+
+TEST(Files, PicturesSurviveWritingAndReading) {
+  const Workplace place;
+  for (const char* const name : {"a.png", "b.ppm", "c.PGM"})
+    for (const int channels : {1, 3})
+      for (const int width : {1, 2, 17}) {
+        const Image image = make_picture(width, 5, channels, Content::noise);
+        write_picture(place / name, image);
+        EXPECT_EQ(compare(image, read_picture(place / name)).largest_of_all(), 0) << name;
+      }
+  EXPECT_EQ(place.files(), (std::vector<std::string>{"a.png", "b.ppm", "c.PGM"})) << "something left behind";
+}
+
+TEST(Files, PnmHeadersMayHoldCommentsAndSmallMaxima) {
+  const std::vector<int> grey{0, 255, 128};
+  EXPECT_EQ(samples_of(read_pnm(text(std::string("P5 3 1 255\n\0\xFF\x80", 14)))), grey);
+  EXPECT_EQ(samples_of(read_pnm(text("P5#one\n#two 9\r3\t1 # three\n255 " + std::string("\0\xFF\x80", 3)))), grey);
+  EXPECT_EQ(samples_of(read_pnm(text("P6 1 1 3\n" + std::string("\0\1\3", 3)))), (std::vector<int>{0, 85, 255}));
+}
+
+TEST(Files, PngSamplesOfEveryKindAreReduced) {
+  const Bytes palette{10, 20, 30, 40, 50, 60};
+  EXPECT_EQ(samples_of(read_png(make_png(8, 4, {7, 0, 8, 99, 9, 255}, {}))), (std::vector<int>{7, 8, 9}));
+  EXPECT_EQ(samples_of(read_png(make_png(8, 6, {1, 2, 3, 0, 4, 5, 6, 9, 7, 8, 9, 255}, {}))),
+            (std::vector<int>{1, 2, 3, 4, 5, 6, 7, 8, 9}));
+  EXPECT_EQ(samples_of(read_png(make_png(1, 0, {0b10100000}, {{"tRNS", {0, 1}}}))), (std::vector<int>{255, 0, 255}));
+  EXPECT_EQ(samples_of(read_png(make_png(16, 0, {0x80, 0x80, 0xFF, 0xFF, 0x10, 0}, {}))),
+            (std::vector<int>{0x80, 0xFF, 0x10}));
+  EXPECT_EQ(samples_of(read_png(make_png(2, 3, {0b00010000}, {{"PLTE", palette}, {"tRNS", {0, 128}}}))),
+            (std::vector<int>{10, 20, 30, 40, 50, 60, 10, 20, 30}));
+}
+
+TEST(Files, PsnrIsThatOfItsFormula) {
+  Image a(3, 1, 3), b(3, 1, 3);
+  for (int i = 0; i < 9; ++i) a.row(0)[i] = b.row(0)[i] = uint8_t(20 * i);
+  b.row(0)[4] += 3;  // green
+  b.row(0)[5] -= 4;  // blue
+  std::ostringstream out;
+  print(out, compare(a, b));
+  // 10 log10(255^2 * 3 / 9), of 255^2 * 3 / 16 and of 255^2 * 9 / 25.
+  EXPECT_EQ(out.str(),
+            "red         inf dB   largest difference 0\n"
+            "green     43.36 dB   largest difference 3\n"
+            "blue      40.86 dB   largest difference 4\n"
+            "overall   43.69 dB   largest difference 4\n");
+}
+
+TEST(Tool, GoesFromPictureToJpegAndBack) {
+  const Workplace place;
+  write_picture(place / "in.png", make_picture(53, 38, 3, Content::smooth));
+  write_picture(place / "grey.ppm", make_picture(53, 38, 1));
+  for (const char* const command :
+       {"jpeg encode {in.png} {a.jpg} --quality 90 --sampling 444", "jpeg decode {a.jpg} {a.ppm}",
+        "jpeg encode {in.png} {b.jpg} --optimize", "jpeg decode --upsampling nn {b.jpg} {b.png}",
+        "jpeg encode {grey.ppm} {c.jpg} --time", "jpeg decode {c.jpg} {c.ppm}", "psnr {in.png} {a.jpg}",
+        "sheet {sheet.png} {in.png} {a.ppm} {b.png}"}) {
+    const Outcome outcome = run(place, std::string(PQXVIDEO) + " " + command);
+    EXPECT_EQ(outcome.status, 0) << command << ": " << outcome.errors;
+    EXPECT_EQ(outcome.errors, "") << command;
+  }
+  const Image in = read_picture(place / "in.png");
+  EXPECT_GT(compare(in, read_picture(place / "a.ppm")).psnr(), 35);
+  EXPECT_GT(compare(in, read_picture(place / "b.png")).psnr(), 32);
+  EXPECT_EQ(read_bytes(place / "c.ppm").at(1), '5') << "grey must stay grey";
+  const Image sheet = read_picture(place / "sheet.png");
+  EXPECT_EQ(sheet.width(), 3 * 53);
+  EXPECT_EQ(sheet.height(), 2 * 38);
+  // The defaults are quality 75 and 4:2:0.
+  EXPECT_EQ(read_bytes(place / "b.jpg"), encode_jpeg(in, {75, Sampling::s420, true}));
+}
+
+TEST(Tool, ReportsErrorsInOneLineAndLeavesNothing) {
+  const Workplace place;
+  const Image image = make_picture(40, 30, 3);
+  write_picture(place / "in.png", image);
+  write_picture(place / "other.ppm", make_picture(41, 30, 3));
+  write_picture(place / "grey.ppm", make_picture(40, 30, 1));
+  const Bytes jpeg = encode_jpeg(image, {});
+  Bytes bytes = jpeg;
+  write_bytes(place / "in.jpg", jpeg);
+  bytes.resize(jpeg.size() / 2);
+  write_bytes(place / "half.jpg", bytes);
+  bytes.assign(jpeg.begin(), jpeg.end() - 1);
+  write_bytes(place / "endless.jpg", bytes);
+  bytes = encode_outside(image, "-grayscale -restart 1");
+  bytes[bytes.size() - 3] ^= 0xFF;
+  bytes.insert(bytes.end() - 2, {0, 0});
+  write_bytes(place / "damaged.jpg", bytes);
+  bytes = jpeg;
+  constexpr uint8_t frame[] = {0xFF, 0xC0, 0, 17};
+  std::search(bytes.begin(), bytes.end(), std::begin(frame), std::end(frame))[4] = 12;
+  write_bytes(place / "deep.jpg", bytes);
+  write_bytes(place / "progressive.jpg", encode_outside(image, "-progressive"));
+  write_bytes(place / "arithmetic.jpg", encode_outside(image, "-arithmetic"));
+  write_bytes(place / "440.jpg", encode_outside(image, "-sample 1x2"));
+  write_bytes(place / "411.jpg", encode_outside(image, "-sample 4x1"));
+  write_bytes(place / "huge.ppm", text("P6 20000 20000 255\n"));
+  write_bytes(place / "wide.ppm", [] {
+    Bytes wide = text("P5 65536 1 255\n");
+    wide.resize(wide.size() + 65536);
+    return wide;
+  }());
+  write_bytes(place / "short.ppm", text("P6 20 20 255\nabc"));
+  write_bytes(place / "deep.pgm", text("P5 1 1 65535\nab"));
+  write_bytes(place / "ascii.ppm", text("P3 1 1 255\n1 2 3\n"));
+  bytes = read_bytes(place / "in.png");
+  bytes[bytes.size() / 2] ^= 1;
+  write_bytes(place / "damaged.png", bytes);
+  write_bytes(place / "empty.jpg", {});
+  const std::vector<std::string> before = place.files();
+
+  const struct {
+    const char* command;
+    int status;
+    const char *file, *reason;
+  } cases[] = {
+      {"jpeg decode {half.jpg} {out.ppm}", 1, "half.jpg", "truncated"},
+      {"jpeg decode {endless.jpg} {out.ppm}", 1, "endless.jpg", "truncated"},
+      {"jpeg decode {damaged.jpg} {out.png}", 1, "damaged.jpg", "damaged"},
+      {"jpeg decode {deep.jpg} {out.png}", 1, "deep.jpg", "not supported: JPEG of 12-bit samples"},
+      {"jpeg decode {progressive.jpg} {out.png}", 1, "progressive.jpg", "not supported: progressive"},
+      {"jpeg decode {arithmetic.jpg} {out.png}", 1, "arithmetic.jpg", "not supported: arithmetic"},
+      {"jpeg decode {440.jpg} {out.png}", 1, "440.jpg", "not supported: JPEG with sampling factors 1x2,1x1,1x1"},
+      {"jpeg decode {411.jpg} {out.png}", 1, "411.jpg", "not supported: JPEG with sampling factors 4x1,1x1,1x1"},
+      {"jpeg decode {in.png} {out.png}", 1, "in.png", "not a JPEG file"},
+      {"jpeg decode {empty.jpg} {out.png}", 1, "empty.jpg", "not a JPEG file"},
+      {"jpeg decode {missing.jpg} {out.png}", 1, "missing.jpg", "No such file"},
+      {"jpeg decode {in.jpg} {nowhere/out.png}", 1, "nowhere/out.png", "No such file"},
+      {"jpeg encode {in.png} {}", 1, "", "directory"},
+      {"jpeg encode {in.png} /dev/full", 1, "/dev/full", "No space"},
+      {"jpeg encode {huge.ppm} {out.jpg}", 1, "huge.ppm", "too large: 20000 x 20000"},
+      {"jpeg encode {wide.ppm} {out.jpg}", 1, "out.jpg", "too large for JPEG"},
+      {"jpeg encode {short.ppm} {out.jpg}", 1, "short.ppm", "truncated"},
+      {"jpeg encode {deep.pgm} {out.jpg}", 1, "deep.pgm", "not supported"},
+      {"jpeg encode {ascii.ppm} {out.jpg}", 1, "ascii.ppm", "not supported: PNM of type P3"},
+      {"jpeg encode {damaged.png} {out.jpg}", 1, "damaged.png", "damaged PNG"},
+      {"psnr {in.png} {other.ppm}", 1, "other.ppm", "differ in size"},
+      {"psnr {in.png} {grey.ppm}", 1, "grey.ppm", "grey"},
+      {"sheet {out.png} {in.png} {other.ppm}", 1, "in.png", "differ"},
+      {"jpeg decode {in.jpg} {out.bmp}", 2, "out.bmp", "must end in"},
+      {"jpeg decode {in.jpg} {out.png} --upsampling cubic", 2, "", "upsampling"},
+      {"jpeg encode {in.png} {out.jpg} --quality 0", 2, "", "quality"},
+      {"jpeg encode {in.png} {out.jpg} --quality high", 2, "", "quality"},
+      {"jpeg encode {in.png} {out.jpg} --sampling 411", 2, "", "sampling"},
+      {"jpeg encode {in.png} {out.jpg} {third}", 2, "", "third"},
+      {"jpeg encode {in.png}", 2, "", "OUT"},
+      {"jpeg", 2, "", "subcommand"},
+      {"", 2, "", "subcommand"},
+  };
+  for (const auto& [command, status, file, reason] : cases) {
+    const Outcome outcome = run(place, std::string(PQXVIDEO) + " " + command);
+    EXPECT_EQ(outcome.status, status) << command;
+    EXPECT_EQ(outcome.out, "") << command;
+    EXPECT_NE(outcome.errors.find(file), std::string::npos) << command << ": " << outcome.errors;
+    EXPECT_NE(outcome.errors.find(reason), std::string::npos) << command << ": " << outcome.errors;
+    EXPECT_EQ(std::count(outcome.errors.begin(), outcome.errors.end(), '\n'), 1) << command << ": " << outcome.errors;
+    EXPECT_EQ(place.files(), before) << command;
+  }
+  // What stood under the name before stays.
+  run(place, std::string(PQXVIDEO) + " jpeg decode {half.jpg} {other.ppm}");
+  EXPECT_EQ(compare(read_picture(place / "other.ppm"), make_picture(41, 30, 3)).largest_of_all(), 0);
+}

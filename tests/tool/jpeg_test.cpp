@@ -1,0 +1,151 @@
+#include <gtest/gtest.h>
+
+#include "jpeg_decoder.h"
+#include "jpeg_encoder.h"
+#include "jpeg_format.h"
+#include "jpeg_huffman.h"
+#include "pictures.h"
+#include "psnr.h"
+
+using namespace pqxvideo;
+using namespace tool_test;
+
+namespace {
+
+struct Size {
+  int width, height;
+};
+constexpr Size sizes[] = {{1, 1}, {2, 1}, {1, 9}, {3, 2}, {8, 8}, {16, 17}, {17, 16}, {33, 31}, {70, 45}, {129, 50}};
+constexpr Sampling samplings[] = {Sampling::s444, Sampling::s422, Sampling::s420};
+
+std::string describe(int width, int height, const std::string& what) {
+  return std::to_string(width) + " x " + std::to_string(height) + " " + what;
+}
+
+/// How closely two decoders must agree.
+void expect_agreement(const Image& ours, const Image& judge, const std::string& what) {
+  const Difference difference = compare(ours, judge);
+  EXPECT_LE(difference.largest_of_all(), ours.channels() == 1 ? 1 : 4) << what;
+  EXPECT_GE(difference.psnr(), 45) << what;
+}
+
+void expect_agreement_with_judge(const Bytes& jpeg, int width, int height, const std::string& what) {
+  expect_agreement(decode_jpeg(jpeg, Upsampling::nearest), judge(jpeg, false),
+                   describe(width, height, what) + ", nn");
+  // With one or two columns of chroma the judge does not interpolate.
+  if (width > 4) expect_agreement(decode_jpeg(jpeg), judge(jpeg, true), describe(width, height, what) + ", bl");
+}
+
+}  // namespace
+
+TEST(Jpeg, ComesBackCloseToWhatWentIn) {
+  constexpr struct {
+    int quality;
+    double grey, by_sampling[3];  // dB
+  } bounds[] = {{100, 56, {45, 38, 37.5}},      {95, 43, {38.5, 36.5, 36}},    {75, 39, {36.4, 34.8, 34.2}},
+                {40, 37.5, {34.4, 29.9, 31.9}}, {5, 25.5, {21.3, 20.7, 19.7}}, {1, 22.7, {18.6, 17.6, 16.7}}};
+  for (const auto [width, height] : sizes)
+    for (const auto& bound : bounds) {
+      const auto loss = [&](const Image& image, Sampling sampling) {
+        return compare(image, decode_jpeg(encode_jpeg(image, {bound.quality, sampling}))).psnr();
+      };
+      const std::string what = describe(width, height, "at ") + std::to_string(bound.quality);
+      EXPECT_GE(loss(make_picture(width, height, 1, Content::smooth), Sampling::s420), bound.grey) << what;
+      for (const Sampling sampling : samplings)
+        EXPECT_GE(loss(make_picture(width, height, 3, Content::smooth), sampling), bound.by_sampling[int(sampling)])
+            << what << ", sampling " << int(sampling);
+    }
+}
+
+TEST(Jpeg, OptimizedTablesChangeTheBytesOnly) {
+  for (const Content content : {Content::smooth, Content::edges, Content::noise})
+    for (const Sampling sampling : samplings) {
+      const Image image = make_picture(150, 120, 3, content);
+      const Bytes plain = encode_jpeg(image, {90, sampling}), optimized = encode_jpeg(image, {90, sampling, true});
+      EXPECT_LT(optimized.size(), plain.size());
+      EXPECT_EQ(compare(decode_jpeg(plain), decode_jpeg(optimized)).largest_of_all(), 0);
+    }
+}
+
+TEST(Jpeg, OutsideDecoderReadsWhatWeWrite) {
+  for (const auto [width, height] : sizes)
+    for (const Content content : {Content::edges, Content::noise}) {
+      const Image grey = make_picture(width, height, 1, content);
+      expect_agreement_with_judge(encode_jpeg(grey, {.quality = 80, .optimize = true}), width, height, "grey");
+      const Image colour = make_picture(width, height, 3, content);
+      for (const Sampling sampling : samplings) {
+        const bool noise = content == Content::noise;
+        expect_agreement_with_judge(encode_jpeg(colour, {noise ? 100 : 60, sampling, noise}), width, height,
+                                    "sampling " + std::to_string(int(sampling)));
+      }
+    }
+}
+
+TEST(Jpeg, ReadsWhatAnOutsideEncoderWrites) {
+  const char* const options[] = {"-grayscale",
+                                 "-sample 1x1",
+                                 "-sample 2x1",
+                                 "-sample 2x2",
+                                 "-sample 2x2 -restart 1B -optimize",
+                                 "-sample 2x1 -restart 1",
+                                 "-sample 2x2 -quality 98",
+                                 "-sample 2x2 -quality 2",  // 16-bit steps, extended sequential
+                                 "-sample 2x2,1x2,1x2",     // 4:2:2
+                                 "-sample 2x1,2x1,2x1",     // 4:4:4
+                                 "-grayscale -sample 2x2 -restart 2B",
+                                 "-rgb -sample 1x1"};
+  for (const auto [width, height] : sizes) {
+    const Image image = make_picture(width, height, 3);
+    for (const char* const option : options)
+      expect_agreement_with_judge(encode_outside(image, option), width, height, option);
+  }
+}
+
+TEST(Jpeg, ReadsScansOfSingleComponents) {
+  const struct {
+    std::vector<int> factors;
+    int adobe_transform;
+    const char* what;
+  } cases[] = {{{0x11, 0x11, 0x11}, -1, "4:4:4"},
+               {{0x21, 0x11, 0x11}, -1, "4:2:2"},
+               {{0x22, 0x11, 0x11}, -1, "4:2:0"},
+               {{0x41, 0x21, 0x21}, 1, "4:2:2, doubled"},
+               {{0x11, 0x11, 0x11}, 0, "RGB"},
+               {{0x22, 0x11, 0x11}, 0, "RGB 4:2:0"},
+               {{0x21, 0x11, 0x11}, 0, "RGB 4:2:2"},
+               {{0x11, 0x11, 0x11, 0x11}, -1, "CMYK, unnamed"},
+               {{0x11, 0x11, 0x11, 0x11}, 0, "CMYK"},
+               {{0x11, 0x11, 0x11, 0x11}, 2, "YCCK"},
+               {{0x22, 0x11, 0x11, 0x22}, 2, "YCCK 4:2:0"},
+               {{0x21, 0x11, 0x11, 0x21}, 2, "YCCK 4:2:2"}};
+  for (const auto [width, height] : sizes)
+    for (const auto& [factors, adobe_transform, what] : cases) {
+      std::vector<Bytes> planes;
+      for (size_t i = 0; i < factors.size(); ++i) {
+        const int across = (factors[0] >> 4) / (factors[i] >> 4), down = (factors[0] & 15) / (factors[i] & 15);
+        // Different for each component, of full contrast only where it does not need clipping.
+        const Image plane = make_picture((width + across - 1) / across, (height + down - 1) / down, 1,
+                                         i % 2 ? Content::smooth : Content::edges);
+        planes.push_back(encode_jpeg(plane, {.quality = 90}));
+      }
+      expect_agreement_with_judge(assemble(width, height, planes, factors, adobe_transform), width, height, what);
+    }
+}
+
+TEST(Jpeg, OptimalCodesHaveAtMost16Bits) {
+  // Fibonacci numbers ask for codes as long as the number of symbols.
+  for (const size_t symbols : {1, 2, 3, 16, 17, 18, 40, 80}) {
+    std::array<int64_t, 256> frequencies{};
+    for (size_t i = 0; i < symbols; ++i)
+      frequencies[255 - i] = i < 2 ? 1 : frequencies[256 - i] + frequencies[257 - i];
+    const jpeg::HuffmanSpec spec = jpeg::optimal_table(frequencies);
+    EXPECT_EQ(spec.size(), int(symbols));
+
+    double space = 0;
+    for (size_t i = 0; i < 16; ++i) space += spec.counts[i] * std::ldexp(1.0, -int(i) - 1);
+    EXPECT_LE(space, 1 - std::ldexp(1.0, -16)) << "no room for the code of ones with " << symbols << " symbols";
+    const jpeg::HuffmanEncoder codes(spec);
+    for (size_t i = 2; i < symbols; ++i)
+      EXPECT_LE(codes[int(255 - i)].length, codes[int(256 - i)].length) << "a frequent symbol with a longer code";
+  }
+}

@@ -1,0 +1,113 @@
+#include "pictures.h"
+
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cmath>
+#include <fstream>
+#include <iterator>
+#include <stdexcept>
+
+#include "files.h"
+#include "picture_file.h"
+
+namespace tool_test {
+
+using pqxvideo::Image;
+
+Image make_picture(int width, int height, int channels, Content content) {
+  Image image(width, height, channels);
+  std::mt19937 random(unsigned(width * 1000003 + height * 31 + channels));
+  for (int y = 0; y < height; ++y)
+    for (int x = 0; x < width; ++x)
+      for (int c = 0; c < channels; ++c) {
+        double value = 128 + 90 * std::sin(0.07 * x + 0.05 * y * (c + 1) + c);
+        if (content == Content::edges && (x / 5 + y / 7) % 3 == 0) value = (x + c) % 2 ? 255 : 20 * c;
+        if (content == Content::noise) value = random() % 256;
+        image.row(y)[x * channels + c] = uint8_t(std::clamp(value + double(random() % 7) - 3, 0.0, 255.0));
+      }
+  return image;
+}
+
+Workplace::Workplace() {
+  std::string name = (std::filesystem::temp_directory_path() / "pqxvideo-test-XXXXXX").string();
+  if (!mkdtemp(name.data())) throw std::runtime_error("no temporary directory");
+  path_ = name;
+}
+
+std::vector<std::string> Workplace::files() const {
+  std::vector<std::string> names;
+  for (const auto& entry : std::filesystem::directory_iterator(path_)) names.push_back(entry.path().filename());
+  std::sort(names.begin(), names.end());
+  return names;
+}
+
+Bytes read_bytes(const std::string& path) {
+  std::ifstream in(path, std::ios::binary);
+  return Bytes(std::istreambuf_iterator<char>(in), {});
+}
+
+void write_bytes(const std::string& path, const Bytes& bytes) {
+  std::ofstream(path, std::ios::binary).write(reinterpret_cast<const char*>(bytes.data()), ptrdiff_t(bytes.size()));
+}
+
+Outcome run(const Workplace& place, std::string command) {
+  for (size_t open; (open = command.find('{')) != std::string::npos;) {
+    const size_t close = command.find('}', open);
+    command.replace(open, close - open + 1, place / command.substr(open + 1, close - open - 1));
+  }
+  const Workplace streams;
+  const int status = std::system((command + " >" + streams / "out" + " 2>" + streams / "errors").c_str());
+  const auto text = [&](const char* name) {
+    const Bytes bytes = read_bytes(streams / name);
+    return std::string(bytes.begin(), bytes.end());
+  };
+  return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, text("out"), text("errors")};
+}
+
+Image judge(const Bytes& jpeg, bool smooth) {
+  const Workplace place;
+  write_bytes(place / "in.jpg", jpeg);
+  const Outcome outcome = run(place, std::string(DJPEG) + " -strict -dct float " + (smooth ? "" : "-nosmooth ") +
+                                         "-outfile {out.ppm} {in.jpg}");
+  if (outcome.status != 0) throw std::runtime_error("djpeg: " + outcome.errors);
+  return pqxvideo::read_picture(place / "out.ppm");
+}
+
+Bytes encode_outside(const Image& image, const std::string& options) {
+  const Workplace place;
+  pqxvideo::write_picture(place / "in.ppm", image);
+  const Outcome outcome = run(place, std::string(CJPEG) + " " + options + " -outfile {out.jpg} {in.ppm}");
+  if (outcome.status != 0) throw std::runtime_error("cjpeg: " + outcome.errors);
+  return read_bytes(place / "out.jpg");
+}
+
+Bytes assemble(int width, int height, const std::vector<Bytes>& grey, const std::vector<int>& factors,
+               int adobe_transform) {
+  Bytes out{0xFF, 0xD8};
+  const auto append = [&](const Bytes& bytes) { out.insert(out.end(), bytes.begin(), bytes.end()); };
+  if (adobe_transform >= 0)
+    append({0xFF, 0xEE, 0, 14, 'A', 'd', 'o', 'b', 'e', 0, 100, 0, 0, 0, 0, uint8_t(adobe_transform)});
+  const uint8_t count = uint8_t(grey.size());
+  append({0xFF, 0xC0, 0, uint8_t(8 + 3 * count), 8, uint8_t(height >> 8), uint8_t(height), uint8_t(width >> 8),
+          uint8_t(width), count});
+  for (uint8_t i = 0; i < count; ++i) append({uint8_t(i + 1), uint8_t(factors[i]), 0});
+  for (uint8_t i = 0; i < count; ++i)
+    for (size_t at = 2; at + 4 < grey[i].size();) {
+      const uint8_t marker = grey[i][at + 1];
+      const size_t length = size_t(grey[i][at + 2]) << 8 | grey[i][at + 3];
+      if (marker == 0xDA) {
+        append({0xFF, 0xDA, 0, 8, 1, uint8_t(i + 1), 0, 0, 63, 0});
+        append(Bytes(grey[i].begin() + ptrdiff_t(at + 2 + length), grey[i].end() - 2));
+        break;
+      }
+      if (i == 0 && (marker == 0xDB || marker == 0xC4))
+        append(Bytes(grey[i].begin() + ptrdiff_t(at), grey[i].begin() + ptrdiff_t(at + 2 + length)));
+      at += 2 + length;
+    }
+  append({0xFF, 0xD9});
+  return out;
+}
+
+}  // namespace tool_test

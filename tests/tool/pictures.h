@@ -1,0 +1,56 @@
+/// Pictures and programs that the tests of the tool work with.
+#pragma once
+
+#include <filesystem>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "image.h"
+
+namespace tool_test {
+
+using Bytes = std::vector<uint8_t>;
+
+enum class Content { smooth, edges, noise };
+
+/// A picture that is the same for the same arguments.
+pqxvideo::Image make_picture(int width, int height, int channels, Content content = Content::edges);
+
+/// A directory of its own for each object, removed with it.
+class Workplace {
+ public:
+  Workplace();
+  ~Workplace() { std::filesystem::remove_all(path_); }
+  Workplace(const Workplace&) = delete;
+
+  std::string operator/(const std::string& name) const { return (path_ / name).string(); }
+  std::vector<std::string> files() const;
+
+ private:
+  std::filesystem::path path_;
+};
+
+Bytes read_bytes(const std::string& path);
+void write_bytes(const std::string& path, const Bytes& bytes);
+
+struct Outcome {
+  int status;
+  std::string out, errors;
+};
+
+/// Runs a shell command; "{name}" in it stands for that file of the workplace.
+Outcome run(const Workplace& place, std::string command);
+
+/// What djpeg -dct float makes of a JPEG file.
+pqxvideo::Image judge(const Bytes& jpeg, bool smooth);
+/// What cjpeg makes of a picture.
+Bytes encode_outside(const pqxvideo::Image& image, const std::string& options);
+
+/// A JPEG file of several components, each in a scan of its own, put together from grey ones made with equal tables.
+/// Factors are written as in the file: 0x21 is 2 horizontally, 1 vertically. A transform of -1 leaves the Adobe
+/// marker out.
+Bytes assemble(int width, int height, const std::vector<Bytes>& grey, const std::vector<int>& factors,
+               int adobe_transform);
+
+}  // namespace tool_test
