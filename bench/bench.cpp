@@ -53,7 +53,7 @@ class Walk {
   uint64_t state_ = 1;
 };
 
-double mean_difference(const Result& a, const Result& b) {
+double mean_difference(const Result& a, const Result& b, int scale_of_b) {
   const size_t n = a.words ? a.bytes.size() / 2 : a.bytes.size();
   const auto sample = [](const Result& r, size_t i) {
     int16_t word;
@@ -62,7 +62,7 @@ double mean_difference(const Result& a, const Result& b) {
     return int(word);
   };
   double sum = 0;
-  for (size_t i = 0; i < n; ++i) sum += abs(sample(a, i) - sample(b, i));
+  for (size_t i = 0; i < n; ++i) sum += abs(sample(a, i) - sample(b, i) / scale_of_b);
   return sum / double(n);
 }
 
@@ -153,11 +153,12 @@ void add(const std::string& family, const Line& line) {
       const auto rival = std::make_shared<Rival>(r);
       benchmark::RegisterBenchmark(contender.c_str(), [=](benchmark::State& state) {
         in_new_thread(sse2_only, [&] {
+          rival->setting.prepare();
           const Work work = rival->make();
           if (!*known) {
             *known = true;
-            const double difference =
-                mean_difference(result_of(rival->setting, rival->setting.ours()), result_of(rival->setting, work));
+            const double difference = mean_difference(result_of(rival->setting, rival->setting.ours()),
+                                                      result_of(rival->setting, work), rival->scale);
             if (difference > rival->tolerance) {
               fprintf(stderr, "%s differs from our result by %.2f on average\n", contender.c_str(), difference);
               all_agree = false;

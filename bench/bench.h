@@ -48,7 +48,8 @@ struct Rival {
   std::string difference;  // in kind of work or arithmetic; empty if there is none but rounding
   double tolerance;        // of the mean difference from our result
   Setting setting;
-  std::function<Work()> make;  // called in the thread of the timing, after its instruction set has been chosen
+  std::function<Work()> make;  // called where the memory is ready and the instruction set has been chosen
+  int scale = 1;               // of its result over ours
 };
 
 struct Line {

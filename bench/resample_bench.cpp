@@ -14,14 +14,36 @@ auto down_422(PlaneForm from, PlaneForm to) {
   return RowForm({from}, {to}, 1, [](auto f, const Band& b) { f(b.in(0), b.width, b.out(0)); });
 }
 
-const RowPeers means_8 = {libyuv_scale(box), opencv_scale(box), libjpeg_turbo_down_sample()};
-const RowPeers means_16 = {libyuv_scale(box), opencv_scale(box)};
+auto up_420_nn(PlaneForm from, PlaneForm to) {
+  return RowForm({from}, {to}, 2, [](auto f, const Band& b) { f(b.in(0), b.width / 2, b.out(0), b.out(0, 1)); });
+}
+auto up_422(PlaneForm from, PlaneForm to) {
+  return RowForm({from}, {to}, 1, [](auto f, const Band& b) { f(b.in(0), b.width / 2, b.out(0)); });
+}
+auto up_420_bl(PlaneForm from, PlaneForm to) {
+  return RowForm({from}, {to}, 2, [](auto f, const Band& b) {
+    f(b.in_clamped(0, -1), b.in(0), b.in_clamped(0, 1), b.width / 2, b.out(0), b.out(0, 1));
+  });
+}
+
+RowPeers down_8() { return {libyuv_scale(box), opencv_scale(box), libjpeg_turbo_down_sample()}; }
+RowPeers down_16() { return {libyuv_scale(box), opencv_scale(box)}; }
+RowPeers up_8(Scaling s) { return {libyuv_scale(s), opencv_scale(s), libjpeg_turbo_up_sample(s)}; }
+RowPeers up_16(Scaling s) { return {libyuv_scale(s), opencv_scale(s)}; }
 
 const std::vector<RowBench> table = {
-    {OPERATION(DownSample420_BL_8U), down_420(full, quartered), 0.272 / 0.095, in_rows_and_pictures, means_8},
-    {OPERATION(DownSample422_BL_8U), down_422(full, halved), 0.185 / 0.055, in_rows, means_8},
-    {OPERATION(DownSample420_BL_16S), down_420(full_words, quartered_words), 0.521 / 0.13, in_rows, means_16},
-    {OPERATION(DownSample422_BL_16S), down_422(full_words, halved_words), 0.310 / 0.08, in_rows, means_16},
+    {OPERATION(DownSample420_BL_8U), down_420(full, quartered), 0.272 / 0.095, in_rows_and_pictures, down_8()},
+    {OPERATION(DownSample422_BL_8U), down_422(full, halved), 0.185 / 0.055, in_rows, down_8()},
+    {OPERATION(DownSample420_BL_16S), down_420(full_words, quartered_words), 0.521 / 0.13, in_rows, down_16()},
+    {OPERATION(DownSample422_BL_16S), down_422(full_words, halved_words), 0.310 / 0.08, in_rows, down_16()},
+    {OPERATION(UpSample420_NN_8U), up_420_nn(quartered, full), 0.010 / 0.009, in_rows, up_8(nearest)},
+    {OPERATION(UpSample422_NN_8U), up_422(halved, full), 0.015 / 0.013, in_rows, up_8(nearest)},
+    {OPERATION(UpSample420_BL_8U), up_420_bl(quartered, full), 0.134 / 0.085, in_rows_and_pictures, up_8(bilinear)},
+    {OPERATION(UpSample422_BL_8U), up_422(halved, full), 0.079 / 0.040, in_rows, up_8(linear)},
+    {OPERATION(UpSample420_NN_16S), up_420_nn(quartered_words, full_words), 0.017 / 0.017, in_rows, up_16(nearest)},
+    {OPERATION(UpSample422_NN_16S), up_422(halved_words, full_words), 0.024 / 0.023, in_rows, up_16(nearest)},
+    {OPERATION(UpSample420_BL_16S), up_420_bl(quartered_words, full_words), 0.295 / 0.16, in_rows, up_16(bilinear)},
+    {OPERATION(UpSample422_BL_16S), up_422(halved_words, full_words), 0.183 / 0.11, in_rows, up_16(linear)},
 };
 
 const bool added = add_rows("resample", "sample", table);

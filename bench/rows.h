@@ -13,9 +13,9 @@ struct PlaneForm {
   int across = 0, down = 0;
   bool words = false;
 };
-inline constexpr PlaneForm full{1}, halved{1, 1}, quartered{1, 1, 1}, rgb{3}, rgba{4};
+inline constexpr PlaneForm full{1}, halved{1, 1}, quartered{1, 1, 1}, three_bytes{3}, four_bytes{4};
 inline constexpr PlaneForm full_words{2, 0, 0, true}, halved_words{2, 1, 0, true}, quartered_words{2, 1, 1, true},
-    rgb_words{6, 0, 0, true};
+    three_words{6, 0, 0, true};
 
 /// A pointer to whatever an operation wants to see there.
 struct At {

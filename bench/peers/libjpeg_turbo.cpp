@@ -43,17 +43,36 @@ jpeg_error_mgr* errors() {
   return jpeg_std_error(&manager);
 }
 
+J_COLOR_SPACE input_space(int components) {
+  return components == 1 ? JCS_GRAYSCALE : components == 3 ? JCS_YCbCr : JCS_CMYK;
+}
+int input_components(J_COLOR_SPACE space) {
+  switch (space) {
+    case JCS_GRAYSCALE:
+      return 1;
+    case JCS_YCbCr:
+    case JCS_EXT_RGB:
+      return 3;
+    default:
+      return 4;
+  }
+}
+
+struct Transform {
+  J_DCT_METHOD method = JDCT_ISLOW;
+  std::vector<unsigned> steps = {};  // in natural order; none: whatever the library takes
+};
+
 /// An encoder that has begun a picture, of which nothing will ever be entropy-coded.
 class Encoder {
  public:
-  Encoder(int width, J_COLOR_SPACE from, J_COLOR_SPACE to, const Components& sampling,
-          J_DCT_METHOD dct = JDCT_ISLOW) {
+  Encoder(int width, J_COLOR_SPACE from, J_COLOR_SPACE to, const Components& sampling, Transform transform = {}) {
     state_.err = errors();
     jpeg_create_compress(&state_);
     jpeg_mem_dest(&state_, &file_, &file_size_);
     state_.image_width = JDIMENSION(width);
     state_.image_height = 16;
-    state_.input_components = int(sampling.size());
+    state_.input_components = input_components(from);
     state_.in_color_space = from;
     jpeg_set_defaults(&state_);
     jpeg_set_colorspace(&state_, to);
@@ -61,7 +80,8 @@ class Encoder {
       state_.comp_info[i].h_samp_factor = sampling[i].across;
       state_.comp_info[i].v_samp_factor = sampling[i].down;
     }
-    state_.dct_method = dct;
+    state_.dct_method = transform.method;
+    if (!transform.steps.empty()) jpeg_add_quant_table(&state_, 0, transform.steps.data(), 100, TRUE);
     jpeg_start_compress(&state_, TRUE);
   }
   Encoder(const Encoder&) = delete;
@@ -97,9 +117,9 @@ SampleRows row_pointers(const Plane& plane) {
 /// A decoder that has begun a picture.
 class Decoder {
  public:
-  Decoder(int width, J_COLOR_SPACE to, const Components& sampling, bool smooth, J_DCT_METHOD dct = JDCT_ISLOW) {
-    const bool with_black = sampling.size() == 4;
-    Encoder encoder(width, with_black ? JCS_CMYK : JCS_YCbCr, with_black ? JCS_YCCK : JCS_YCbCr, sampling);
+  Decoder(int width, J_COLOR_SPACE to, const Components& sampling, bool smooth, Transform transform = {}) {
+    const J_COLOR_SPACE from = input_space(int(sampling.size()));
+    Encoder encoder(width, from, from == JCS_CMYK ? JCS_YCCK : from, sampling, transform);
     file_ = encoder.grey_file();
     state_.err = errors();
     jpeg_create_decompress(&state_);
@@ -107,7 +127,7 @@ class Decoder {
     jpeg_read_header(&state_, TRUE);
     state_.out_color_space = to;
     state_.do_fancy_upsampling = smooth;
-    state_.dct_method = dct;
+    state_.dct_method = transform.method;
     jpeg_start_decompress(&state_);
   }
   Decoder(const Decoder&) = delete;
@@ -202,6 +222,187 @@ bench::RowPeer libjpeg_turbo_up_sample(Scaling scaling) {
               },
           .more_rows = 1,
           .planes = 2};
+}
+
+namespace {
+
+J_COLOR_SPACE color_space(Packed packed) {
+  switch (packed) {
+    case Packed::rgb:
+      return JCS_EXT_RGB;
+    case Packed::argb:
+      return JCS_EXT_XRGB;
+    case Packed::abgr:
+      return JCS_EXT_XBGR;
+    case Packed::bgra:
+      return JCS_EXT_BGRX;
+    case Packed::cmyk:
+      return JCS_CMYK;
+  }
+  return JCS_UNKNOWN;
+}
+
+Components components(int count) { return Components(size_t(count), sparse); }
+
+}  // namespace
+
+namespace {
+
+/// Full rows of chroma on their way to fewer samples.
+class ScratchRows {
+ public:
+  explicit ScratchRows(int width) : lines_(2 * size_t(width) / sizeof(CacheLine) + 1) {
+    rows_ = {lines_[0].bytes, lines_[0].bytes + width};
+  }
+  JSAMPARRAY first() { return rows_.data(); }
+
+ private:
+  struct alignas(64) CacheLine {
+    JSAMPLE bytes[64];
+  };
+  std::vector<CacheLine> lines_;
+  SampleRows rows_;
+};
+
+}  // namespace
+
+bench::RowPeer libjpeg_turbo_to_ycc(Packed packed) {
+  return {.library = "libjpeg-turbo", .difference = "", .tolerance = 1, .make = [=](const Rows& rows) {
+            struct State {
+              Encoder colors, chroma;
+              SampleRows from;
+              std::vector<SampleRows> to;
+              ScratchRows cb, cr;
+            };
+            const int planes = rows.out_planes, height = rows.height, band = 1 + rows.out[1].down;
+            const bool all_chroma = rows.out[1].width == rows.width;
+            std::shared_ptr<State> state(
+                new State{{rows.width, color_space(packed), planes == 4 ? JCS_YCCK : JCS_YCbCr, components(planes)},
+                          {rows.width, JCS_YCbCr, JCS_YCbCr, {sparse, sparse, dense(rows.out[1].down)}},
+                          row_pointers(rows.in[0]),
+                          {},
+                          ScratchRows(rows.width),
+                          ScratchRows(rows.width)});
+            state->chroma->num_components = 2;
+            for (int i = 0; i < planes; ++i) state->to.push_back(row_pointers(rows.out[size_t(i)]));
+            return bench::repeated([=] {
+              auto& [colors, chroma, from, to, cb, cr] = *state;
+              for (int y = 0; y < height; y += band) {
+                JSAMPARRAY out[4];
+                for (int i = 0; i < planes; ++i) out[i] = to[size_t(i)].data();
+                if (all_chroma) {
+                  colors->cconvert->color_convert(colors.get(), &from[size_t(y)], out, JDIMENSION(y), 1);
+                } else {
+                  JSAMPARRAY full[] = {out[0] + y, cb.first(), cr.first()};
+                  colors->cconvert->color_convert(colors.get(), &from[size_t(y)], full, 0, band);
+                  chroma->downsample->downsample(chroma.get(), full + 1, 0, out + 1, JDIMENSION(y / band));
+                }
+              }
+            });
+          }};
+}
+
+bench::RowPeer libjpeg_turbo_from_ycc(Packed packed, Scaling scaling) {
+  return {
+      .library = "libjpeg-turbo", .difference = "", .tolerance = 1, .make = [=](const Rows& rows) {
+        struct State {
+          Decoder decoder;
+          std::vector<PaddedRows> from;
+          SampleRows to;
+        };
+        const Plane chroma = rows.in[1];
+        const int planes = packed == Packed::cmyk ? 4 : 3;
+        Components sampling = components(planes);
+        if (chroma.width < rows.width) sampling[0] = dense(chroma.down);
+        std::shared_ptr<State> state(new State{
+            {rows.width, color_space(packed), sampling, scaling != Scaling::nearest}, {}, row_pointers(rows.out[0])});
+        for (int i = 0; i < planes; ++i) state->from.emplace_back(rows.in[size_t(i)]);
+        return bench::repeated([=, height = rows.height] {
+          JSAMPARRAY in[4];
+          for (int i = 0; i < planes; ++i) in[i] = state->from[size_t(i)].first();
+          up_sample(state->decoder, in, state->to.data(), height);
+        });
+      }};
+}
+
+namespace {
+
+using bench::Block, bench::BlockPeer, bench::BlockPeers, bench::Blocks;
+
+std::vector<unsigned> fine_steps() { return {bench::steps(), bench::steps() + 64}; }
+
+BlockPeer encode_blocks(const char* library, const char* difference, J_DCT_METHOD method) {
+  // Samples are taken less 128, which our own encoders leave to the caller: 1024 less in each DC, before division.
+  const double level_shift = 1024.0 / bench::steps()[0] / 64;
+  return {library, difference, level_shift + 1, [=](const Blocks& blocks) {
+            struct State {
+              Encoder encoder;
+              SampleRows rows;
+            };
+            std::shared_ptr<State> state(
+                new State{{8 * blocks.across, JCS_GRAYSCALE, JCS_GRAYSCALE, {sparse}, {method, fine_steps()}}, {}});
+            for (int y = 0; y < 8 * blocks.down; ++y)
+              state->rows.push_back(const_cast<JSAMPROW>(blocks.first.pixels) + y * blocks.first.step);
+            // The tables of a pass are made when its first rows come.
+            state->encoder->fdct->start_pass(state->encoder.get());
+            return bench::repeated([=] {
+              Encoder& encoder = state->encoder;
+              for (int y = 0; y < blocks.down; ++y)
+                encoder->fdct->forward_DCT(encoder.get(), &encoder->comp_info[0], state->rows.data(),
+                                           reinterpret_cast<JBLOCKROW>(blocks.at(0, y).out), JDIMENSION(8 * y), 0,
+                                           JDIMENSION(blocks.across));
+            });
+          }};
+}
+
+BlockPeer decode_blocks(const char* library, const char* difference, J_DCT_METHOD method,
+                        const std::vector<unsigned>& steps) {
+  return {library, difference, 1, [=](const Blocks& blocks) {
+            struct alignas(64) Coefficients {
+              JCOEF value[64];
+            };
+            struct State {
+              Decoder decoder;
+              std::vector<Coefficients> coefficients;
+              SampleRows rows;
+            };
+            std::shared_ptr<State> state(
+                new State{{8 * blocks.across, JCS_GRAYSCALE, {sparse}, false, {method, steps}}, {}, {}});
+            for (int y = 0; y < 8 * blocks.down; ++y)
+              state->rows.push_back(blocks.first.out_pixels + y * blocks.first.step);
+            for (int b = 0; b < blocks.across * blocks.down; ++b) {
+              // Samples are given back with 128 added.
+              Coefficients& block = state->coefficients.emplace_back();
+              std::copy_n(blocks.first.in + 64 * b, 64, block.value);
+              block.value[0] = JCOEF(block.value[0] - 1024 / int(steps[0]));
+            }
+            return bench::repeated([=] {
+              Decoder& decoder = state->decoder;
+              Coefficients* block = state->coefficients.data();
+              for (int y = 0; y < blocks.down; ++y)
+                for (int x = 0; x < blocks.across; ++x, ++block)
+                  decoder->idct->inverse_DCT[0](decoder.get(), &decoder->comp_info[0], block->value,
+                                                state->rows.data() + 8 * y, JDIMENSION(8 * x));
+            });
+          }};
+}
+
+constexpr const char *integers = "integer arithmetic", *floats = "single precision throughout";
+
+}  // namespace
+
+BlockPeers libjpeg_turbo_encode() {
+  return {encode_blocks("libjpeg-turbo", integers, JDCT_ISLOW),
+          encode_blocks("libjpeg-turbo float", floats, JDCT_FLOAT)};
+}
+BlockPeers libjpeg_turbo_decode() {
+  return {decode_blocks("libjpeg-turbo", integers, JDCT_ISLOW, fine_steps()),
+          decode_blocks("libjpeg-turbo float", floats, JDCT_FLOAT, fine_steps())};
+}
+BlockPeers libjpeg_turbo_inverse() {
+  const std::vector<unsigned> ones(64, 1);
+  return {decode_blocks("libjpeg-turbo", "integer arithmetic; dequantizes too", JDCT_ISLOW, ones),
+          decode_blocks("libjpeg-turbo float", "single precision throughout; dequantizes too", JDCT_FLOAT, ones)};
 }
 
 }  // namespace peers

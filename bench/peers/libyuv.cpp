@@ -1,5 +1,3 @@
-#include <libyuv.h>
-
 #include "peers.h"
 
 namespace peers {
@@ -49,6 +47,56 @@ bench::RowPeer libyuv_scale(Scaling scaling) {
                 });
               },
           .more_rows = 8};
+}
+
+bench::RowPeer libyuv_to_ycc(decltype(libyuv::RAWToJ420)* convert, const char* difference) {
+  return {.library = "libyuv", .difference = difference, .tolerance = 12, .make = [=](const bench::Rows& rows) {
+            return bench::repeated([=] {
+              const bench::Plane s = rows.in[0], y = rows.out[0], u = rows.out[1], v = rows.out[2];
+              convert(s.row(0), s.step, y.row(0), y.step, u.row(0), u.step, v.row(0), v.step, rows.width,
+                      rows.height);
+            });
+          }};
+}
+
+namespace {
+
+// The functions know pixels with blue first; red comes first by a mirrored matrix with the chroma planes swapped.
+struct Order {
+  int u, v;
+  const libyuv::YuvConstants* matrix;
+
+  explicit Order(Packed packed)
+      : u(packed == Packed::bgra ? 1 : 2),
+        v(packed == Packed::bgra ? 2 : 1),
+        matrix(packed == Packed::bgra ? &libyuv::kYuvJPEGConstants : &libyuv::kYvuJPEGConstants) {}
+};
+
+template <class Convert>
+bench::RowPeer from_ycc(Packed packed, Convert convert, int more_rows) {
+  return {.library = "libyuv",
+          .difference = "",
+          .tolerance = 2,
+          .make =
+              [=](const bench::Rows& rows) {
+                const Order order(packed);
+                return bench::repeated([=] {
+                  const bench::Plane y = rows.in[0], u = rows.in[order.u], v = rows.in[order.v], d = rows.out[0];
+                  convert(y.row(0), y.step, u.row(0), u.step, v.row(0), v.step, d.row(0), d.step, order.matrix,
+                          rows.width, rows.height);
+                });
+              },
+          .more_rows = more_rows};
+}
+
+}  // namespace
+
+bench::RowPeer libyuv_from_ycc(Packed packed, decltype(libyuv::I444ToARGBMatrix)* convert) {
+  return from_ycc(packed, convert, 1);
+}
+bench::RowPeer libyuv_from_ycc(Packed packed, decltype(libyuv::I420ToARGBMatrixFilter)* convert) {
+  return from_ycc(
+      packed, [=](auto... arguments) { convert(arguments..., libyuv::kFilterBilinear); }, 8);
 }
 
 }  // namespace peers

@@ -1,0 +1,64 @@
+#include <string.h>
+
+#include "blocks.h"
+#include "peers/peers.h"
+
+namespace {
+
+using namespace bench;
+using namespace peers;
+using enum bench::Content;
+
+struct Tables {
+  int16_t ones[64];
+  float reciprocals[64], reciprocals_of_ones[64];
+  double products[64], products_of_ones[64];
+};
+
+const Tables tables = [] {
+  Tables t;
+  for (int16_t& one : t.ones) one = 1;
+  plain::QuantizeInit_16S(steps(), t.reciprocals);
+  plain::QuantizeInit_16S(t.ones, t.reciprocals_of_ones);
+  plain::DeQuantizeInit_16S(steps(), t.products);
+  plain::DeQuantizeInit_16S(t.ones, t.products_of_ones);
+  return t;
+}();
+
+const auto make_reciprocals =
+    BlockForm(Yields::blocks, [](auto f, const Block& b) { f(steps(), reinterpret_cast<float*>(b.out)); });
+const auto make_products =
+    BlockForm(Yields::blocks, [](auto f, const Block& b) { f(steps(), reinterpret_cast<double*>(b.out)); });
+// In place and again and again, a block keeps its values only with steps of 1.
+const auto quantize = BlockForm(Yields::blocks, [](auto f, const Block& b) { f(tables.reciprocals_of_ones, b.out); });
+const auto dequantize = BlockForm(Yields::blocks, [](auto f, const Block& b) { f(tables.products_of_ones, b.out); });
+
+const auto encode = BlockForm(Yields::blocks, [](auto transform, auto quantize, const Block& b) {
+  transform(b.pixels, b.step, b.out);
+  quantize(tables.reciprocals, b.out);
+});
+const auto decode = BlockForm(Yields::pixels, [](auto dequantize, auto transform, const Block& b) {
+  memcpy(b.out, b.in, 128);
+  dequantize(tables.products, b.out);
+  transform(b.out, b.out_pixels, b.step);
+});
+
+const std::vector<BlockBench> table = {
+    {{make_reciprocals, OPERATION(QuantizeInit_16S)}, matrix, 1, {}},
+    {{make_products, OPERATION(DeQuantizeInit_16S)}, matrix, 1, {}},
+    {{quantize, OPERATION(Quantize_16S_I)}, dense, 12.7 / 10, {}},
+    {{dequantize, OPERATION(DeQuantize_16S_I)}, dense, 23.6 / 20, {}},
+    {{encode, OPERATION(DCT8x8Fwd_8U_16S), OPERATION(Quantize_16S_I)},
+     Content::pixels,
+     160.0 / 52,
+     libjpeg_turbo_encode()},
+    {{decode, OPERATION(DeQuantize_16S_I), OPERATION(DCT8x8Inv_16S_8U)}, levels, 137.0 / 72, libjpeg_turbo_decode()},
+    {{decode, OPERATION(DeQuantize_16S_I), OPERATION(DCT8x8Inv_16S_8U)},
+     ten_levels,
+     102.0 / 58,
+     libjpeg_turbo_decode()},
+};
+
+const bool added = add_blocks("quant", table);
+
+}  // namespace
