@@ -8,50 +8,35 @@ using namespace peers;
 using enum peers::Packed;
 using enum peers::Scaling;
 
-auto to_444(PlaneForm from) {
-  return RowForm({from}, {full, full, full}, 1,
-                 [](auto f, const Band& b) { f(b.in(0), b.out(0), b.out(1), b.out(2), b.width); });
-}
-auto to_422(PlaneForm from) {
-  return RowForm({from}, {full, halved, halved}, 1,
-                 [](auto f, const Band& b) { f(b.in(0), b.out(0), b.out(1), b.out(2), b.width); });
-}
-auto to_420(PlaneForm from) {
-  return RowForm({from}, {full, quartered, quartered}, 2, [](auto f, const Band& b) {
-    f(b.in(0), b.in(0, 1), b.out(0), b.out(0, 1), b.out(1), b.out(2), b.width);
-  });
-}
-
-auto from_444(PlaneForm to) {
-  return RowForm({full, full, full}, {to}, 1,
-                 [](auto f, const Band& b) { f(b.in(0), b.in(1), b.in(2), b.out(0), b.width); });
-}
-auto from_422(PlaneForm to) {
-  return RowForm({full, halved, halved}, {to}, 1,
-                 [](auto f, const Band& b) { f(b.in(0), b.in(1), b.in(2), b.out(0), b.width); });
-}
-auto from_420_nn(PlaneForm to) {
-  return RowForm({full, quartered, quartered}, {to}, 2, [](auto f, const Band& b) {
-    f(b.in(0), b.in(0, 1), b.in(1), b.in(2), b.out(0), b.out(0, 1), b.width);
-  });
-}
-auto from_420_bl(PlaneForm to) {
-  return RowForm({full, quartered, quartered}, {to}, 2, [](auto f, const Band& b) {
-    f(b.in(0), b.in(0, 1), b.in_clamped(1, -1), b.in_clamped(2, -1), b.in(1), b.in(2), b.in_clamped(1, 1),
-      b.in_clamped(2, 1), b.out(0), b.out(0, 1), b.width);
-  });
-}
-
-const auto cmyk_to_ycck = RowForm({four_bytes}, {full, full, full, full}, 1, [](auto f, const Band& b) {
+constexpr auto one_to_three = [](auto f, const Band& b) { f(b.in(0), b.out(0), b.out(1), b.out(2), b.width); };
+constexpr auto three_to_one = [](auto f, const Band& b) { f(b.in(0), b.in(1), b.in(2), b.out(0), b.width); };
+constexpr auto one_to_four = [](auto f, const Band& b) {
   f(b.in(0), b.out(0), b.out(1), b.out(2), b.out(3), b.width);
-});
-const auto ycck_to_cmyk = RowForm({full, full, full, full}, {four_bytes}, 1, [](auto f, const Band& b) {
-  f(b.in(0), b.in(1), b.in(2), b.in(3), b.out(0), b.width);
-});
-const auto to_444_words = RowForm({three_words}, {full_words, full_words, full_words}, 1,
-                                  [](auto f, const Band& b) { f(b.in(0), b.out(0), b.out(1), b.out(2), b.width); });
-const auto from_444_words = RowForm({full_words, full_words, full_words}, {three_words}, 1,
-                                    [](auto f, const Band& b) { f(b.in(0), b.in(1), b.in(2), b.out(0), b.width); });
+};
+constexpr auto four_to_one = [](auto f, const Band& b) { f(b.in(0), b.in(1), b.in(2), b.in(3), b.out(0), b.width); };
+constexpr auto rows_to_420 = [](auto f, const Band& b) {
+  f(b.in(0), b.in(0, 1), b.out(0), b.out(0, 1), b.out(1), b.out(2), b.width);
+};
+constexpr auto rows_from_420_nn = [](auto f, const Band& b) {
+  f(b.in(0), b.in(0, 1), b.in(1), b.in(2), b.out(0), b.out(0, 1), b.width);
+};
+constexpr auto rows_from_420_bl = [](auto f, const Band& b) {
+  f(b.in(0), b.in(0, 1), b.in_clamped(1, -1), b.in_clamped(2, -1), b.in(1), b.in(2), b.in_clamped(1, 1),
+    b.in_clamped(2, 1), b.out(0), b.out(0, 1), b.width);
+};
+
+auto to_444(PlaneForm from) { return RowForm{{from}, {full, full, full}, 1, one_to_three}; }
+auto to_422(PlaneForm from) { return RowForm{{from}, {full, halved, halved}, 1, one_to_three}; }
+auto to_420(PlaneForm from) { return RowForm{{from}, {full, quartered, quartered}, 2, rows_to_420}; }
+auto from_444(PlaneForm to) { return RowForm{{full, full, full}, {to}, 1, three_to_one}; }
+auto from_422(PlaneForm to) { return RowForm{{full, halved, halved}, {to}, 1, three_to_one}; }
+auto from_420_nn(PlaneForm to) { return RowForm{{full, quartered, quartered}, {to}, 2, rows_from_420_nn}; }
+auto from_420_bl(PlaneForm to) { return RowForm{{full, quartered, quartered}, {to}, 2, rows_from_420_bl}; }
+
+const RowForm cmyk_to_ycck{{four_bytes}, {full, full, full, full}, 1, one_to_four};
+const RowForm ycck_to_cmyk{{full, full, full, full}, {four_bytes}, 1, four_to_one};
+const RowForm to_444_words{{three_words}, {full_words, full_words, full_words}, 1, one_to_three};
+const RowForm from_444_words{{full_words, full_words, full_words}, {three_words}, 1, three_to_one};
 
 // Peers that know the layout: libjpeg-turbo always, libyuv where named.
 constexpr const char *studio_range = "studio range", *means_of_rgb = "chroma from the mean of RGB";

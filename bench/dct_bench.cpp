@@ -7,9 +7,9 @@ using namespace bench;
 using namespace peers;
 using enum bench::Content;
 
-const auto block_to_block = BlockForm(Yields::blocks, [](auto f, const Block& b) { f(b.in, b.out); });
-const auto pixels_to_block = BlockForm(Yields::blocks, [](auto f, const Block& b) { f(b.pixels, b.step, b.out); });
-const auto block_to_pixels = BlockForm(Yields::pixels, [](auto f, const Block& b) { f(b.in, b.out_pixels, b.step); });
+const auto block_to_block = BlockForm{Yields::blocks, [](auto f, const Block& b) { f(b.in, b.out); }};
+const auto pixels_to_block = BlockForm{Yields::blocks, [](auto f, const Block& b) { f(b.pixels, b.step, b.out); }};
+const auto block_to_pixels = BlockForm{Yields::pixels, [](auto f, const Block& b) { f(b.in, b.out_pixels, b.step); }};
 
 const std::vector<BlockBench> table = {
     {{pixels_to_block, OPERATION(DCT8x8Fwd_8U_16S)}, Content::pixels, 146.0 / 40, {ffmpeg_forward_pixels()}},

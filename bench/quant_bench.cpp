@@ -26,22 +26,22 @@ const Tables tables = [] {
 }();
 
 const auto make_reciprocals =
-    BlockForm(Yields::blocks, [](auto f, const Block& b) { f(steps(), reinterpret_cast<float*>(b.out)); });
+    BlockForm{Yields::blocks, [](auto f, const Block& b) { f(steps(), reinterpret_cast<float*>(b.out)); }};
 const auto make_products =
-    BlockForm(Yields::blocks, [](auto f, const Block& b) { f(steps(), reinterpret_cast<double*>(b.out)); });
+    BlockForm{Yields::blocks, [](auto f, const Block& b) { f(steps(), reinterpret_cast<double*>(b.out)); }};
 // In place and again and again, a block keeps its values only with steps of 1.
-const auto quantize = BlockForm(Yields::blocks, [](auto f, const Block& b) { f(tables.reciprocals_of_ones, b.out); });
-const auto dequantize = BlockForm(Yields::blocks, [](auto f, const Block& b) { f(tables.products_of_ones, b.out); });
+const auto quantize = BlockForm{Yields::blocks, [](auto f, const Block& b) { f(tables.reciprocals_of_ones, b.out); }};
+const auto dequantize = BlockForm{Yields::blocks, [](auto f, const Block& b) { f(tables.products_of_ones, b.out); }};
 
-const auto encode = BlockForm(Yields::blocks, [](auto transform, auto quantize, const Block& b) {
-  transform(b.pixels, b.step, b.out);
-  quantize(tables.reciprocals, b.out);
-});
-const auto decode = BlockForm(Yields::pixels, [](auto dequantize, auto transform, const Block& b) {
-  memcpy(b.out, b.in, 128);
-  dequantize(tables.products, b.out);
-  transform(b.out, b.out_pixels, b.step);
-});
+const auto encode = BlockForm{Yields::blocks, [](auto transform, auto quantize, const Block& b) {
+                                transform(b.pixels, b.step, b.out);
+                                quantize(tables.reciprocals, b.out);
+                              }};
+const auto decode = BlockForm{Yields::pixels, [](auto dequantize, auto transform, const Block& b) {
+                                memcpy(b.out, b.in, 128);
+                                dequantize(tables.products, b.out);
+                                transform(b.out, b.out_pixels, b.step);
+                              }};
 
 const std::vector<BlockBench> table = {
     {{make_reciprocals, OPERATION(QuantizeInit_16S)}, matrix, 1, {}},

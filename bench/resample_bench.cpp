@@ -7,24 +7,19 @@ using namespace bench;
 using namespace peers;
 using enum peers::Scaling;
 
-auto down_420(PlaneForm from, PlaneForm to) {
-  return RowForm({from}, {to}, 2, [](auto f, const Band& b) { f(b.in(0), b.in(0, 1), b.width, b.out(0)); });
-}
-auto down_422(PlaneForm from, PlaneForm to) {
-  return RowForm({from}, {to}, 1, [](auto f, const Band& b) { f(b.in(0), b.width, b.out(0)); });
-}
+constexpr auto two_to_one = [](auto f, const Band& b) { f(b.in(0), b.in(0, 1), b.width, b.out(0)); };
+constexpr auto one_to_one = [](auto f, const Band& b) { f(b.in(0), b.width, b.out(0)); };
+constexpr auto half_to_two = [](auto f, const Band& b) { f(b.in(0), b.width / 2, b.out(0), b.out(0, 1)); };
+constexpr auto half_to_one = [](auto f, const Band& b) { f(b.in(0), b.width / 2, b.out(0)); };
+constexpr auto half_and_neighbours_to_two = [](auto f, const Band& b) {
+  f(b.in_clamped(0, -1), b.in(0), b.in_clamped(0, 1), b.width / 2, b.out(0), b.out(0, 1));
+};
 
-auto up_420_nn(PlaneForm from, PlaneForm to) {
-  return RowForm({from}, {to}, 2, [](auto f, const Band& b) { f(b.in(0), b.width / 2, b.out(0), b.out(0, 1)); });
-}
-auto up_422(PlaneForm from, PlaneForm to) {
-  return RowForm({from}, {to}, 1, [](auto f, const Band& b) { f(b.in(0), b.width / 2, b.out(0)); });
-}
-auto up_420_bl(PlaneForm from, PlaneForm to) {
-  return RowForm({from}, {to}, 2, [](auto f, const Band& b) {
-    f(b.in_clamped(0, -1), b.in(0), b.in_clamped(0, 1), b.width / 2, b.out(0), b.out(0, 1));
-  });
-}
+auto down_420(PlaneForm from, PlaneForm to) { return RowForm{{from}, {to}, 2, two_to_one}; }
+auto down_422(PlaneForm from, PlaneForm to) { return RowForm{{from}, {to}, 1, one_to_one}; }
+auto up_420_nn(PlaneForm from, PlaneForm to) { return RowForm{{from}, {to}, 2, half_to_two}; }
+auto up_420_bl(PlaneForm from, PlaneForm to) { return RowForm{{from}, {to}, 2, half_and_neighbours_to_two}; }
+auto up_422(PlaneForm from, PlaneForm to) { return RowForm{{from}, {to}, 1, half_to_one}; }
 
 RowPeers down_8() { return {libyuv_scale(box), opencv_scale(box), libjpeg_turbo_down_sample()}; }
 RowPeers down_16() { return {libyuv_scale(box), opencv_scale(box)}; }
