@@ -116,6 +116,373 @@ PQX_API pqx_Status pqx_SetNumThreads(int32_t numThreads);
 /** @} */
 
 /**
+ * @defgroup mc Motion compensation
+ * Prediction blocks from reference pictures, residuals added to them, and the cost of a match.
+ *
+ * Where an operation takes one step for source and destination, both lie in pictures of the same row pitch. A
+ * packed 16-bit block has no step: its rows follow one another.
+ * @{
+ */
+
+/**
+ * Copies a block of 8 or 16 columns.
+ *
+ * @param pSrc    reference block
+ * @param pDst    prediction
+ * @param step    bytes from row to row of both
+ * @param width   8 means 8 columns, any other value 16
+ * @param height  rows; 0 or less does nothing
+ * @return #PQX_OK always
+ */
+PQX_API pqx_Status pqx_Video_CopyRef_8U(const uint8_t* pSrc, uint8_t* pDst, int step, int width, int height);
+
+/**
+ * Averages a block into a prediction: pSrcDst = (pSrc + pSrcDst + 1) >> 1.
+ *
+ * @param pSrc     reference block
+ * @param pSrcDst  prediction, in place; may equal pSrc
+ * @param step     bytes from row to row of both
+ * @param width    columns, rounded down to a multiple of 8; below 8 does nothing
+ * @param height   rows; 0 or less does nothing
+ * @return #PQX_OK always
+ */
+PQX_API pqx_Status pqx_Video_CopyRefAve_8U(const uint8_t* pSrc, uint8_t* pSrcDst, int step, int width, int height);
+
+/**
+ * Copies a block, widening its samples to 16 bits.
+ *
+ * @param pSrc     reference block
+ * @param srcStep  bytes from row to row of pSrc
+ * @param pDst     packed block: rows of width elements, of which an odd last one is left as it is. Where it
+ *                 overlaps the source, the samples are taken in pairs one after the other.
+ * @param width    columns, rounded down to a multiple of 2 (but the rows of pDst stay width elements long); below
+ *                 2 does nothing
+ * @param height   rows; 0 or less does nothing
+ * @return #PQX_OK always
+ */
+PQX_API pqx_Status pqx_Video_CopyRef_8U_16S(const uint8_t* pSrc, int srcStep, int16_t* pDst, int width, int height);
+
+/**
+ * Mean of two predictions, exact halves downward: (a + b) >> 1.
+ *
+ * @param pSrc1     first prediction a
+ * @param src1Step  bytes from row to row of pSrc1
+ * @param pSrc2     second prediction b
+ * @param src2Step  bytes from row to row of pSrc2
+ * @param pDst      result; may equal a source
+ * @param dstStep   bytes from row to row of pDst
+ * @param width     2, 4 or 8 columns; any other value means 16
+ * @param height    rows, in bands of four: rounded up to a multiple of 4; 0 or less does nothing
+ * @return #PQX_OK always
+ */
+PQX_API pqx_Status pqx_Video_Average2NoRnd_8U(const uint8_t* pSrc1, int src1Step, const uint8_t* pSrc2, int src2Step,
+                                              uint8_t* pDst, int dstStep, int width, int height);
+
+/**
+ * Mean of two predictions, exact halves upward: (a + b + 1) >> 1.
+ *
+ * @param pSrc1     first prediction a
+ * @param src1Step  bytes from row to row of pSrc1
+ * @param pSrc2     second prediction b
+ * @param src2Step  bytes from row to row of pSrc2
+ * @param pDst      result; may equal a source
+ * @param dstStep   bytes from row to row of pDst
+ * @param width     2, 4 or 8 columns; any other value means 16
+ * @param height    rows, in bands of four: rounded up to a multiple of 4; 0 or less does nothing
+ * @return #PQX_OK always
+ */
+PQX_API pqx_Status pqx_Video_Average2Rnd_8U(const uint8_t* pSrc1, int src1Step, const uint8_t* pSrc2, int src2Step,
+                                            uint8_t* pDst, int dstStep, int width, int height);
+
+/**
+ * Mean of two predictions, exact halves downward, averaged into a third: t = (a + b) >> 1, d = (t + d + 1) >> 1.
+ * The second mean rounds halves upward in both forms.
+ *
+ * @param pSrc1     first prediction a
+ * @param src1Step  bytes from row to row of pSrc1
+ * @param pSrc2     second prediction b
+ * @param src2Step  bytes from row to row of pSrc2
+ * @param pSrcDst   third prediction d, replaced by the result; may equal a source
+ * @param dstStep   bytes from row to row of pSrcDst
+ * @param width     2, 4 or 8 columns; any other value means 16
+ * @param height    rows, in bands of four: rounded up to a multiple of 4; 0 or less does nothing
+ * @return #PQX_OK always
+ */
+PQX_API pqx_Status pqx_Video_Average3NoRnd_8U(const uint8_t* pSrc1, int src1Step, const uint8_t* pSrc2, int src2Step,
+                                              uint8_t* pSrcDst, int dstStep, int width, int height);
+
+/**
+ * Mean of two predictions, exact halves upward, averaged into a third: t = (a + b + 1) >> 1, d = (t + d + 1) >> 1.
+ * The second mean rounds halves upward in both forms.
+ *
+ * @param pSrc1     first prediction a
+ * @param src1Step  bytes from row to row of pSrc1
+ * @param pSrc2     second prediction b
+ * @param src2Step  bytes from row to row of pSrc2
+ * @param pSrcDst   third prediction d, replaced by the result; may equal a source
+ * @param dstStep   bytes from row to row of pSrcDst
+ * @param width     2, 4 or 8 columns; any other value means 16
+ * @param height    rows, in bands of four: rounded up to a multiple of 4; 0 or less does nothing
+ * @return #PQX_OK always
+ */
+PQX_API pqx_Status pqx_Video_Average3Rnd_8U(const uint8_t* pSrc1, int src1Step, const uint8_t* pSrc2, int src2Step,
+                                            uint8_t* pSrcDst, int dstStep, int width, int height);
+
+/**
+ * Adds an 8x8 block of residuals to a prediction, in place, saturating to 0..255.
+ *
+ * @param pSrc     64 residuals of any value, row-major. Where they overlap the picture, samples are taken one
+ *                 after the other, row after row.
+ * @param pSrcDst  8 rows of 8 samples
+ * @param step     bytes from row to row of pSrcDst, of any value
+ * @return #PQX_OK always
+ */
+PQX_API pqx_Status pqx_Video_AddBlock_16S_8U_I(const int16_t* pSrc, uint8_t* pSrcDst, int step);
+
+/**
+ * Interpolates a block at a horizontal half-sample position: (a + b + 1) >> 1, with the sample b to the right of
+ * a.
+ *
+ * @param pSrc    reference block; one column to the right of the block is read
+ * @param pDst    prediction; may equal pSrc
+ * @param step    bytes from row to row of both
+ * @param width   columns, rounded down to a multiple of 8; below 8 does nothing
+ * @param height  rows; 0 or less does nothing
+ * @return #PQX_OK always
+ */
+PQX_API pqx_Status pqx_Video_InterpX_8U(const uint8_t* pSrc, uint8_t* pDst, int step, int width, int height);
+
+/**
+ * Interpolates a block at a vertical half-sample position: (a + c + 1) >> 1, with the sample c = pSrc[i + srcStep]
+ * below a.
+ *
+ * @param pSrc     reference block; one row below each row is read
+ * @param pDst     prediction; may equal pSrc
+ * @param srcStep  distance in bytes from a sample to the one below it; may differ from step
+ * @param step     bytes from row to row of both
+ * @param width    columns, rounded down to a multiple of 4; below 4 does nothing
+ * @param height   rows; 0 or less does nothing
+ * @return #PQX_OK always
+ */
+PQX_API pqx_Status pqx_Video_InterpY_8U(const uint8_t* pSrc, uint8_t* pDst, int srcStep, int step, int width,
+                                        int height);
+
+/**
+ * Interpolates a block at a diagonal half-sample position: (a + b + c + e + 2) >> 2, with b to the right of a, c =
+ * pSrc[i + srcStep] below a, e to the right of c.
+ *
+ * @param pSrc     reference block; one column to the right and one row below are read
+ * @param pDst     prediction; may equal pSrc
+ * @param srcStep  distance in bytes from a sample to the one below it; may differ from step
+ * @param step     bytes from row to row of both
+ * @param width    columns, rounded down to a multiple of 4; below 4 does nothing
+ * @param height   rows; 0 or less does nothing
+ * @return #PQX_OK always
+ */
+PQX_API pqx_Status pqx_Video_InterpXY_8U(const uint8_t* pSrc, uint8_t* pDst, int srcStep, int step, int width,
+                                         int height);
+
+/**
+ * Interpolates a block at a horizontal half-sample position and averages it into a prediction d, rounding once:
+ * (2d + a + b + 3) >> 2, with the sample b to the right of a.
+ *
+ * @param pSrc     reference block; one column to the right of the block is read
+ * @param pSrcDst  prediction d, in place; may equal pSrc
+ * @param step     bytes from row to row of both
+ * @param width    columns, rounded down to a multiple of 4; below 4 does nothing
+ * @param height   rows; 0 or less does nothing
+ * @return #PQX_OK always
+ */
+PQX_API pqx_Status pqx_Video_InterpAveX_8U(const uint8_t* pSrc, uint8_t* pSrcDst, int step, int width, int height);
+
+/**
+ * Interpolates a block at a vertical half-sample position and averages it into a prediction d, rounding once: (2d
+ * + a + c + 3) >> 2, with the sample c = pSrc[i + srcStep] below a.
+ *
+ * @param pSrc     reference block; one row below each row is read
+ * @param pSrcDst  prediction d, in place; may equal pSrc
+ * @param srcStep  distance in bytes from a sample to the one below it; may differ from step
+ * @param step     bytes from row to row of both
+ * @param width    columns, rounded down to a multiple of 4; below 4 does nothing
+ * @param height   rows; 0 or less does nothing
+ * @return #PQX_OK always
+ */
+PQX_API pqx_Status pqx_Video_InterpAveY_8U(const uint8_t* pSrc, uint8_t* pSrcDst, int srcStep, int step, int width,
+                                           int height);
+
+/**
+ * Interpolates a block at a diagonal half-sample position and averages it into a prediction d, rounding once: (4d
+ * + a + b + c + e + 6) >> 3, with b to the right of a, c = pSrc[i + srcStep] below a, e to the right of c.
+ *
+ * @param pSrc     reference block; one column to the right and one row below are read
+ * @param pSrcDst  prediction d, in place; may equal pSrc
+ * @param srcStep  distance in bytes from a sample to the one below it; may differ from step
+ * @param step     bytes from row to row of both
+ * @param width    columns, rounded down to a multiple of 4; below 4 does nothing
+ * @param height   rows; 0 or less does nothing
+ * @return #PQX_OK always
+ */
+PQX_API pqx_Status pqx_Video_InterpAveXY_8U(const uint8_t* pSrc, uint8_t* pSrcDst, int srcStep, int step, int width,
+                                            int height);
+
+/**
+ * Interpolates a block at a horizontal half-sample position into 16-bit elements: (a + b + 1) >> 1, with the
+ * sample b to the right of a.
+ *
+ * @param pSrc     reference block; one column to the right of the block is read
+ * @param srcStep  bytes from row to row of pSrc
+ * @param pDst     packed block: rows of 8 or 16 elements
+ * @param width    8 means 8 columns, any other value 16
+ * @param height   rows; 0 or less does nothing
+ * @return #PQX_OK always
+ */
+PQX_API pqx_Status pqx_Video_InterpX_8U_16S(const uint8_t* pSrc, int srcStep, int16_t* pDst, int width, int height);
+
+/**
+ * Interpolates a block at a vertical half-sample position into 16-bit elements: (a + c + 1) >> 1, with the sample
+ * c = pSrc[i + srcStep] below a.
+ *
+ * @param pSrc     reference block; one row below each row is read
+ * @param srcStep  distance in bytes from a sample to the one below it; may differ from step
+ * @param step     bytes from row to row of pSrc
+ * @param pDst     packed block: rows of 8 or 16 elements
+ * @param width    8 means 8 columns, any other value 16
+ * @param height   rows; 0 or less does nothing
+ * @return #PQX_OK always
+ */
+PQX_API pqx_Status pqx_Video_InterpY_8U_16S(const uint8_t* pSrc, int srcStep, int step, int16_t* pDst, int width,
+                                            int height);
+
+/**
+ * Interpolates a block at a diagonal half-sample position into 16-bit elements: (a + b + c + e + 2) >> 2, with b
+ * to the right of a, c = pSrc[i + srcStep] below a, e to the right of c.
+ *
+ * @param pSrc     reference block; one column to the right and one row below are read
+ * @param srcStep  distance in bytes from a sample to the one below it; may differ from step
+ * @param step     bytes from row to row of pSrc
+ * @param pDst     packed block: rows of 8 or 16 elements
+ * @param width    8 means 8 columns, any other value 16
+ * @param height   rows; 0 or less does nothing
+ * @return #PQX_OK always
+ */
+PQX_API pqx_Status pqx_Video_InterpXY_8U_16S(const uint8_t* pSrc, int srcStep, int step, int16_t* pDst, int width,
+                                             int height);
+
+/**
+ * Interpolates one block at all three half-sample positions. The last column and the last row are repeated
+ * outward: nothing outside the block is read, X equals the source in the last column, Y in the last row.
+ *
+ * Width 16 is handed to pqx_VideoInterpX_Y_XY_8U_w16(), widths other than 8 and 16 to
+ * pqx_VideoInterpX_Y_XY_8U_comm().
+ *
+ * @param pSrc    reference block
+ * @param step    bytes from row to row of the source and of all three results
+ * @param width   columns, 1 or more
+ * @param height  rows; below 1 is taken as 1: the last row is always written
+ * @param pDstX   horizontal positions: (a + b + 1) >> 1
+ * @param pDstY   vertical positions: (a + c + 1) >> 1
+ * @param pDstXY  diagonal positions: (a + b + c + e + 2) >> 2
+ * @return #PQX_OK always
+ */
+PQX_API pqx_Status pqx_Video_InterpX_Y_XY_8U(const uint8_t* pSrc, int step, int width, int height, uint8_t* pDstX,
+                                             uint8_t* pDstY, uint8_t* pDstXY);
+
+/**
+ * Does the work of pqx_Video_InterpX_Y_XY_8U() for 16 columns. Exported under this name only.
+ *
+ * @param pSrc    reference block
+ * @param pDstX   horizontal positions: (a + b + 1) >> 1
+ * @param pDstY   vertical positions: (a + c + 1) >> 1
+ * @param pDstXY  diagonal positions: (a + b + c + e + 2) >> 2
+ * @param step    bytes from row to row of the source and of all three results
+ * @param height  rows; below 1 is taken as 1
+ * @return #PQX_OK always
+ */
+PQX_API pqx_Status pqx_VideoInterpX_Y_XY_8U_w16(const uint8_t* pSrc, uint8_t* pDstX, uint8_t* pDstY, uint8_t* pDstXY,
+                                                int step, int height);
+
+/**
+ * Does the work of pqx_Video_InterpX_Y_XY_8U() for any number of columns. Exported under this name only.
+ *
+ * @param pSrc    reference block
+ * @param pDstX   horizontal positions: (a + b + 1) >> 1
+ * @param pDstY   vertical positions: (a + c + 1) >> 1
+ * @param pDstXY  diagonal positions: (a + b + c + e + 2) >> 2
+ * @param step    bytes from row to row of the source and of all three results
+ * @param width   columns, 1 or more
+ * @param height  rows; below 1 is taken as 1
+ * @return #PQX_OK always
+ */
+PQX_API pqx_Status pqx_VideoInterpX_Y_XY_8U_comm(const uint8_t* pSrc, uint8_t* pDstX, uint8_t* pDstY, uint8_t* pDstXY,
+                                                 int step, int width, int height);
+
+/**
+ * Overlapped motion compensation of an 8x8 luma block, as in H.263 Annex F: every sample is (H0 q0 + H1 q1 + H2 q2
+ * + 4) >> 3 of the predictions by its own motion, by that of the block above (upper half) or below (lower half),
+ * and by that of the block to the left (left half) or right (right half), with the weighting matrices of the
+ * annex.
+ *
+ * The reference is interpolated to twice the resolution in both directions. A prediction at grid position (x, y)
+ * is made of the samples pRef[(y + 2r) * refStep + x + 2c] for r, c = 0..7; y * refStep is formed modulo 2^32.
+ *
+ * @param pRef     reference on the half-sample grid; 15x15 grid samples are spanned by each of the five
+ *                 predictions
+ * @param refStep  bytes from grid row to grid row
+ * @param pDst     8 rows of 8 samples
+ * @param dstStep  bytes from row to row of pDst
+ * @param curX     column of the prediction with the motion of the block itself
+ * @param curY     row of the prediction with the motion of the block itself
+ * @param aboveX   column of the prediction with the motion of the block above
+ * @param aboveY   row of the prediction with the motion of the block above
+ * @param belowX   column of the prediction with the motion of the block below
+ * @param belowY   row of the prediction with the motion of the block below
+ * @param leftX    column of the prediction with the motion of the block to the left
+ * @param leftY    row of the prediction with the motion of the block to the left
+ * @param rightX   column of the prediction with the motion of the block to the right
+ * @param rightY   row of the prediction with the motion of the block to the right
+ * @return #PQX_OK always
+ */
+PQX_API pqx_Status pqx_Video_H263OverlappedMC_8U(const uint8_t* pRef, int refStep, uint8_t* pDst, int dstStep,
+                                                 int curX, int curY, int aboveX, int aboveY, int belowX, int belowY,
+                                                 int leftX, int leftY, int rightX, int rightY);
+
+/**
+ * Overlapped motion compensation of an 8x8 luma block into 16-bit elements, as pqx_Video_H263OverlappedMC_8U().
+ *
+ * @param pRef     reference on the half-sample grid
+ * @param refStep  bytes from grid row to grid row
+ * @param pDst     64 elements, row-major
+ * @param curX     column of the prediction with the motion of the block itself
+ * @param curY     row of the prediction with the motion of the block itself
+ * @param aboveX   column of the prediction with the motion of the block above
+ * @param aboveY   row of the prediction with the motion of the block above
+ * @param belowX   column of the prediction with the motion of the block below
+ * @param belowY   row of the prediction with the motion of the block below
+ * @param leftX    column of the prediction with the motion of the block to the left
+ * @param leftY    row of the prediction with the motion of the block to the left
+ * @param rightX   column of the prediction with the motion of the block to the right
+ * @param rightY   row of the prediction with the motion of the block to the right
+ * @return #PQX_OK always
+ */
+PQX_API pqx_Status pqx_Video_H263OverlappedMC_8U_16S(const uint8_t* pRef, int refStep, int16_t* pDst, int curX,
+                                                     int curY, int aboveX, int aboveY, int belowX, int belowY,
+                                                     int leftX, int leftY, int rightX, int rightY);
+
+/**
+ * Sum of absolute differences of two blocks, the cost of a candidate in motion search.
+ *
+ * @param pSrc1   first block
+ * @param pSrc2   second block
+ * @param step    bytes from row to row of both
+ * @param width   columns, rounded up to a multiple of 8; below 1 sums nothing
+ * @param height  rows; below 1 sums nothing
+ * @return the sum, modulo 2^32; 0 when nothing is summed
+ */
+PQX_API uint32_t pqx_Video_SumAbsDiff_8U(const uint8_t* pSrc1, const uint8_t* pSrc2, int step, int width, int height);
+
+/** @} */
+
+/**
  * @defgroup dct Transforms
  * Orthonormal two-dimensional discrete cosine transforms.
  *
@@ -226,6 +593,29 @@ PQX_API pqx_Status pqx_Video_DCT8x8Inv_DC_16S(const int16_t* pSrc, int16_t* pDst
  */
 PQX_API pqx_Status pqx_Video_DCT8x8Inv_DC_16S_8U(const int16_t* pSrc, uint8_t* pDst, int dstStep);
 
+/**
+ * Inverse 8x8 transform in integer arithmetic: rows, then columns, by the Chen-Wang factorization with constants
+ * 2048 sqrt(2) cos(k pi/16). Meets IEEE 1180-1990. A lone DC gives (8 DC + 32) >> 6.
+ *
+ * Row results are kept to their low 16 bits, all sums wrap, results are not clipped; coefficients in -2048..2047
+ * of blocks from 9-bit samples never get there.
+ *
+ * @param pSrc  64 coefficients
+ * @param pDst  64 samples, row-major; may equal or overlap pSrc
+ * @return #PQX_OK always
+ */
+PQX_API pqx_Status pqx_Video_DCT8x8Inv_IEEE_16S(const int16_t* pSrc, int16_t* pDst);
+
+/**
+ * Inverse 8x8 transform of the top-left quarter of a block and of coefficient 63, for blocks whose mismatch
+ * control (as in MPEG-2) touched that coefficient: pqx_Video_DCT8x8Inv_1Q_16S() with one more input.
+ *
+ * @param pSrc  block of coefficients, of which elements 0..3, 8..11, 16..19, 24..27 and 63 are read
+ * @param pDst  64 samples, row-major; may equal or overlap pSrc
+ * @return #PQX_OK always
+ */
+PQX_API pqx_Status pqx_Video_DCT8x8Inv_1Q_Mismatch_16S(const int16_t* pSrc, int16_t* pDst);
+
 /** @} */
 
 /**
@@ -279,6 +669,53 @@ PQX_API pqx_Status pqx_Video_DeQuantizeInit_16S(const int16_t* pQMatrix, double*
  * @return #PQX_OK always
  */
 PQX_API pqx_Status pqx_Video_DeQuantize_16S_I(const double* pState, int16_t* pSrcDst);
+
+/** @} */
+
+/**
+ * @defgroup filter Loop filtering
+ * The loop filter of H.261 and reduction by two.
+ * @{
+ */
+
+/**
+ * Applies the H.261 loop filter to an 8x8 block.
+ *
+ * The filter weighs 1, 2, 1 (over 4) in rows and in columns; the outer columns are not filtered horizontally, the
+ * outer rows not vertically. Sums are kept exact and rounded once, halves upward: (v + 8) >> 4 inside, (v + 2) >>
+ * 2 along the edges. Corners stay as they are.
+ *
+ * @param pSrc  8 rows of 8 samples
+ * @param pDst  8 rows of 8 samples; may equal pSrc
+ * @param step  bytes from row to row of both
+ * @return #PQX_OK always
+ */
+PQX_API pqx_Status pqx_Video_P64Loop_8U(const uint8_t* pSrc, uint8_t* pDst, int step);
+
+/**
+ * Applies the H.261 loop filter to an 8x8 block, as pqx_Video_P64Loop_8U(), into 16-bit elements.
+ *
+ * @param pSrc     8 rows of 8 samples
+ * @param srcStep  bytes from row to row of pSrc
+ * @param pDst     64 elements, row-major, 0..255
+ * @return #PQX_OK always
+ */
+PQX_API pqx_Status pqx_Video_P64Loop_8U_16S(const uint8_t* pSrc, int srcStep, int16_t* pDst);
+
+/**
+ * Halves a picture in both directions: each destination sample is (a + b + c + d + 2) >> 2 of a square of four.
+ *
+ * @param pSrc     2 * height rows of 2 * width samples
+ * @param srcStep  bytes from row to row of pSrc
+ * @param pDst     height rows of width samples. Where it overlaps the source, samples are taken one after the
+ *                 other, row after row.
+ * @param dstStep  bytes from row to row of pDst
+ * @param width    columns of the destination; below 1 does nothing
+ * @param height   rows of the destination; below 1 does nothing
+ * @return #PQX_OK always
+ */
+PQX_API pqx_Status pqx_Video_P64Decimate_8U(const uint8_t* pSrc, int srcStep, uint8_t* pDst, int dstStep, int width,
+                                            int height);
 
 /** @} */
 
