@@ -93,7 +93,7 @@ class Checker {
   void steps(std::vector<int>& ints, int turn) {
     for (size_t k = 0; k < ints.size(); ++k)
       if (op_.arguments[k].row_bytes) {
-        const auto row = int(op_.arguments[k].row_bytes(ints));
+        const auto row = int(std::max<int64_t>(op_.arguments[k].row_bytes(ints), 0));
         const int distance = row + std::vector<int>{0, 1, 16, 5, 27}[size_t(turn + int(k) + 2) % 5];
         ints[k] = (turn + int(k)) % 3 == 0 ? -distance : distance;
       }
