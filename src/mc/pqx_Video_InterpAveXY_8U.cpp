@@ -1,0 +1,8 @@
+#include "common/export.h"
+#include "mc/prediction.h"
+
+pqx_Status pqx_Video_InterpAveXY_8U(const uint8_t* pSrc, uint8_t* pSrcDst, int srcStep, int step, int width,
+                                    int height) {
+  return pqx::mc::interpolate<pqx::mc::Square, pqx::mc::Average>(pSrc, srcStep, step, pSrcDst, width & ~3, height);
+}
+PQX_SECOND_NAME(pqx_Video_InterpAveXY_8U);

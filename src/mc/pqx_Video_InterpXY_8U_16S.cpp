@@ -1,0 +1,8 @@
+#include "common/export.h"
+#include "mc/prediction.h"
+
+pqx_Status pqx_Video_InterpXY_8U_16S(const uint8_t* pSrc, int srcStep, int step, int16_t* pDst, int width,
+                                     int height) {
+  return pqx::mc::interpolate<pqx::mc::Square>(pSrc, srcStep, step, pDst, width, height);
+}
+PQX_SECOND_NAME(pqx_Video_InterpXY_8U_16S);
