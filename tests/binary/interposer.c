@@ -40,3 +40,5 @@ STAND_IN(__pqx_Video_DCT8x8Fwd_16S);
 STAND_IN(__pqx_Video_UpSample420_BL_8U);
 STAND_IN(__pqx_Video_ColorYCC2RGB444_8U);
 STAND_IN(__pqx_Video_ColorYCC2BGRA444_8U);
+STAND_IN(pqx_VideoInterpX_Y_XY_8U_w16);
+STAND_IN(pqx_VideoInterpX_Y_XY_8U_comm);

@@ -28,6 +28,7 @@ static int none(const char* name) {
   if (!name) return printf("%s is missing\n", #name), 1
 
 typedef pqx_Status decltype_pqx_Video_DCT8x8Fwd_12S_16S(const int16_t*, int16_t*);
+typedef pqx_Status decltype_pqx_Video_InterpX_Y_XY_8U(const uint8_t*, int, int, int, uint8_t*, uint8_t*, uint8_t*);
 typedef pqx_Status decltype_bilinear(const uint8_t*, const uint8_t*, const uint8_t*, const uint8_t*, const uint8_t*,
                                      const uint8_t*, const uint8_t*, const uint8_t*, uint8_t*, uint8_t*, int);
 typedef decltype_bilinear decltype_pqx_Video_ColorYCC2RGB420_BL_8U, decltype_pqx_Video_ColorYCC2BGRA420_BL_8U;
@@ -44,12 +45,14 @@ int main(int argc, char** argv) {
   FIND(pqx_Video_DCT8x8Fwd_12S_16S);
   FIND(pqx_Video_ColorYCC2RGB420_BL_8U);
   FIND(pqx_Video_ColorYCC2BGRA420_BL_8U);
+  FIND(pqx_Video_InterpX_Y_XY_8U);
   enum { len = 5000 };
   static uint8_t y[len], chroma[len], dst[2][4 * len];
   static int16_t block[64];
   pqx_Video_DCT8x8Fwd_12S_16S(block, block);
   pqx_Video_ColorYCC2RGB420_BL_8U(y, y, chroma, chroma, chroma, chroma, chroma, chroma, dst[0], dst[1], len);
   pqx_Video_ColorYCC2BGRA420_BL_8U(y, y, chroma, chroma, chroma, chroma, chroma, chroma, dst[0], dst[1], len);
+  for (int width = 15; width <= 17; ++width) pqx_Video_InterpX_Y_XY_8U(y, 20, width, 4, dst[0], dst[0] + 100, dst[1]);
 
   expect("__pqx_Video_DCT8x8Fwd_16S", replaced);
   expect("__pqx_Malloc", 2 * replaced);
@@ -57,5 +60,7 @@ int main(int argc, char** argv) {
   expect("__pqx_Video_UpSample420_BL_8U", 4 * replaced);
   expect("__pqx_Video_ColorYCC2RGB444_8U", 2 * replaced);
   expect("__pqx_Video_ColorYCC2BGRA444_8U", 2 * replaced);
+  expect("pqx_VideoInterpX_Y_XY_8U_w16", replaced);
+  expect("pqx_VideoInterpX_Y_XY_8U_comm", 2 * replaced);
   return failures != 0;
 }
