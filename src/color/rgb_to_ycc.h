@@ -2,8 +2,6 @@
 /// one by one; chroma is converted for every pixel and only then averaged.
 #pragma once
 
-#include <algorithm>
-
 #include "color/load_pixels.h"
 #include "color/table_rules.h"
 #include "common/lanes.h"
@@ -79,15 +77,16 @@ struct RgbBlock {
   u16x8 k;
 
   explicit RgbBlock(const uint8_t* src) {
-    PixelPairs<L.bytes> pairs = load_pixel_pairs<L.bytes>(src);
-    if constexpr (L.inks) {
-      k = pairs.byte(L.a) + (pairs.byte(L.a + L.bytes) << 8);
-      for (u16x8& w : pairs.words) w = all_u16(-1) - w;
-    }
-    even = {pairs.byte(L.r) + all_u16(red.bias), pairs.byte(L.g) + all_u16(green.bias),
-            pairs.byte(L.b) + all_u16(blue.bias)};
-    odd = {pairs.byte(L.bytes + L.r) + all_u16(red.bias), pairs.byte(L.bytes + L.g) + all_u16(green.bias),
-           pairs.byte(L.bytes + L.b) + all_u16(blue.bias)};
+    const PixelPairs<L.bytes> pairs = load_pixel_pairs<L.bytes>(src);
+    const auto biased = [&](int byte, int bias) {
+      return L.inks ? all_u16(bias + 255) - pairs.byte(byte) : pairs.byte(byte) + all_u16(bias);
+    };
+    const auto pixels_at = [&](int byte) {
+      return BiasedRgb{biased(byte + L.r, red.bias), biased(byte + L.g, green.bias), biased(byte + L.b, blue.bias)};
+    };
+    even = pixels_at(0);
+    odd = pixels_at(L.bytes);
+    if constexpr (L.inks) k = pairs.byte(L.a) | pairs.byte(L.a + L.bytes) << 8;
   }
 
   u16x8 y() const { return join(even.y(), odd.y(), excess.y); }
@@ -126,7 +125,7 @@ void cover(int64_t n, Block block, One one) {
   int64_t i = 0;
   if (n >= 16) {
     const int64_t aligned = n - n % align, end = aligned % 16 < few ? aligned - aligned % 16 : aligned;
-    for (; i < end; i += 16) block(std::min(i, end - 16));
+    for (; i < end; i += 16) block(i < end - 16 ? i : end - 16);
     i = end;
   }
   for (; i < n; i += step) one(i);
