@@ -10,14 +10,20 @@
 
 namespace pqx {
 
-/// Sum of table words: luma in bits 0..9, chroma in bits 10..20 and 21..31, of which the low eight count.
+/// Table words of one pixel, or the sum of several: luma from bit 0 on, chroma from bits 10 and 21 on.
 struct PackedYcc {
   uint32_t word;
 
+  PackedYcc operator+(PackedYcc other) const { return {word + other.word}; }
   uint8_t y() const { return uint8_t(word); }
-  int cb() const { return word >> 10 & 255; }
-  int cr() const { return word >> 21 & 255; }
+  // Means of 1 << shift pixels.
+  uint8_t cb(int shift = 0) const { return uint8_t(word >> (10 + shift)); }
+  uint8_t cr(int shift = 0) const { return uint8_t(word >> (21 + shift)); }
+  /// The nine bits of each chroma sum of two pixels; above them stand carries of the signed fields.
+  PackedYcc chroma_of_pair() const { return {word & (511u << 10 | 511u << 21)}; }
 };
+
+constexpr PackedYcc in_both_chromas(int x) { return {uint32_t(x) << 10 | uint32_t(x) << 21}; }
 
 template <PixelLayout L>
 PackedYcc packed_ycc(const uint8_t* pixel) {
@@ -146,8 +152,8 @@ template <PixelLayout L>
     const uint8_t* p = src + i * L.bytes;
     const PackedYcc pixel = packed_ycc<L>(p);
     y[i] = pixel.y();
-    cb[i] = uint8_t(pixel.cb());
-    cr[i] = uint8_t(pixel.cr());
+    cb[i] = pixel.cb();
+    cr[i] = pixel.cr();
     if constexpr (L.inks) k[i] = p[L.a];
   };
   cover<1, 1>(len, block, one);
@@ -165,10 +171,11 @@ template <PixelLayout L>
   const auto pair = [=](int64_t i) {
     const uint8_t* p = src + i * L.bytes;
     const PackedYcc a = packed_ycc<L>(p), b = packed_ycc<L>(p + L.bytes);
+    const PackedYcc sum = a + b + in_both_chromas(rounding_of_pair(i / 2));
     y[i] = a.y();
     y[i + 1] = b.y();
-    cb[i / 2] = uint8_t((a.cb() + b.cb() + rounding_of_pair(i / 2)) >> 1);
-    cr[i / 2] = uint8_t((a.cr() + b.cr() + rounding_of_pair(i / 2)) >> 1);
+    cb[i / 2] = sum.cb(1);
+    cr[i / 2] = sum.cr(1);
   };
   cover<4, 2>(len - (len & 1), block, pair);
   return PQX_OK;
@@ -190,12 +197,14 @@ template <PixelLayout L>
     const uint8_t *upper = src0 + i * L.bytes, *lower = src1 + i * L.bytes;
     const PackedYcc a = packed_ycc<L>(upper), b = packed_ycc<L>(upper + L.bytes);
     const PackedYcc c = packed_ycc<L>(lower), d = packed_ycc<L>(lower + L.bytes);
+    const PackedYcc sum =
+        (a + b).chroma_of_pair() + (c + d).chroma_of_pair() + in_both_chromas(rounding_of_square(i / 2));
     y0[i] = a.y();
     y0[i + 1] = b.y();
     y1[i] = c.y();
     y1[i + 1] = d.y();
-    cb[i / 2] = uint8_t((a.cb() + b.cb() + c.cb() + d.cb() + rounding_of_square(i / 2)) >> 2);
-    cr[i / 2] = uint8_t((a.cr() + b.cr() + c.cr() + d.cr() + rounding_of_square(i / 2)) >> 2);
+    cb[i / 2] = sum.cb(2);
+    cr[i / 2] = sum.cr(2);
   };
   cover<4, 2>(len - (len & 1), block, square);
   return PQX_OK;
