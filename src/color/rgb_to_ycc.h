@@ -23,7 +23,10 @@ struct PackedYcc {
   PackedYcc chroma_of_pair() const { return {word & (511u << 10 | 511u << 21)}; }
 };
 
-constexpr PackedYcc in_both_chromas(int x) { return {uint32_t(x) << 10 | uint32_t(x) << 21}; }
+// Means of two or four chroma samples round down at even outputs; at odd ones this is added to the sum.
+inline constexpr int odd_rounding_of_pairs = 1, odd_rounding_of_squares = 2;
+
+constexpr PackedYcc in_both_chromas(uint32_t x) { return {x << 10 | x << 21}; }
 
 template <PixelLayout L>
 PackedYcc packed_ycc(const uint8_t* pixel) {
@@ -106,10 +109,6 @@ struct RgbBlock {
   static u16x8 join(u16x8 even, u16x8 odd, int excess) { return even + (odd << 8) - all_u16(257 * excess); }
 };
 
-// Halves go down at even outputs and up at odd ones.
-constexpr int rounding_of_pair(int64_t output) { return int(output % 2); }
-constexpr int rounding_of_square(int64_t output) { return int(output % 2 * 2); }
-
 /// Means of sums of 1 << shift samples, with the sums' excess still in them. The first output is an even one.
 inline u16x8 means(u16x8 sums, int shift, int odd_rounding, int excess) {
   const int even_term = -(excess << shift), odd_term = even_term + odd_rounding;
@@ -122,92 +121,123 @@ inline void store_means(uint8_t* cb, uint8_t* cr, u16x8 cb_means, u16x8 cr_means
   store_high_half(cr, both);
 }
 
-/// Calls block(i) for runs of 16 pixels and one(i) for single steps, so that together they cover 0 <= i < n. The
-/// last run may overlap the one before it, which takes no longer than a few single steps; all start at a multiple of
-/// align.
-template <int align, int step, class Block, class One>
-void cover(int64_t n, Block block, One one) {
-  constexpr int few = 8;
-  int64_t i = 0;
-  if (n >= 16) {
-    const int64_t aligned = n - n % align, end = aligned % 16 < few ? aligned - aligned % 16 : aligned;
-    for (; i < end; i += 16) block(i < end - 16 ? i : end - 16);
-    i = end;
+// Rows of less than 16 pixels, and what is left behind the blocks of longer ones, go pixel by pixel.
+
+template <PixelLayout L>
+[[gnu::noinline]] pqx_Status single_pixels_to_444(const uint8_t* src, uint8_t* y, uint8_t* cb, uint8_t* cr, int len,
+                                                  uint8_t* k) {
+  for (int i = 0; i < len; ++i, src += L.bytes) {
+    const PackedYcc pixel = packed_ycc<L>(src);
+    y[i] = pixel.y();
+    cb[i] = pixel.cb();
+    cr[i] = pixel.cr();
+    if constexpr (L.inks) k[i] = src[L.a];
   }
-  for (; i < n; i += step) one(i);
+  return PQX_OK;
 }
 
-/// The black channel of inks is copied to k.
 template <PixelLayout L>
-[[gnu::flatten]] pqx_Status rgb_to_ycc444(const uint8_t* src, uint8_t* y, uint8_t* cb, uint8_t* cr, int len,
-                                          uint8_t* k = nullptr) {
-  const auto block = [=](int64_t i) {
+[[gnu::noinline]] pqx_Status single_pixels_to_422(const uint8_t* src, uint8_t* y, uint8_t* cb, uint8_t* cr, int len) {
+  for (int j = 0; j < len / 2; ++j, src += 2 * L.bytes) {
+    const PackedYcc a = packed_ycc<L>(src), b = packed_ycc<L>(src + L.bytes);
+    y[2 * j] = a.y();
+    y[2 * j + 1] = b.y();
+    PackedYcc sum = a + b;
+    if (j % 2) sum = sum + in_both_chromas(odd_rounding_of_pairs);
+    cb[j] = sum.cb(1);
+    cr[j] = sum.cr(1);
+  }
+  return PQX_OK;
+}
+
+template <PixelLayout L>
+[[gnu::noinline]] pqx_Status single_pixels_to_420(const uint8_t* src0, const uint8_t* src1, uint8_t* y0, uint8_t* y1,
+                                                  uint8_t* cb, uint8_t* cr, int len) {
+  for (int j = 0; j < len / 2; ++j, src0 += 2 * L.bytes, src1 += 2 * L.bytes) {
+    const PackedYcc a = packed_ycc<L>(src0), b = packed_ycc<L>(src0 + L.bytes);
+    const PackedYcc c = packed_ycc<L>(src1), d = packed_ycc<L>(src1 + L.bytes);
+    y0[2 * j] = a.y();
+    y0[2 * j + 1] = b.y();
+    y1[2 * j] = c.y();
+    y1[2 * j + 1] = d.y();
+    PackedYcc sum = (a + b).chroma_of_pair() + (c + d).chroma_of_pair();
+    if (j % 2) sum = sum + in_both_chromas(odd_rounding_of_squares);
+    cb[j] = sum.cb(2);
+    cr[j] = sum.cr(2);
+  }
+  return PQX_OK;
+}
+
+/// Calls block(i) for runs of 16 pixels from i on, as far as that pays in a row of 16 or more, and returns how many
+/// pixels are done. All runs start at a multiple of align; the last may overlap the one before it.
+template <int align, class Block>
+int in_blocks(int len, Block block) {
+  constexpr int few = 8;
+  const int aligned = len - len % align, done = aligned % 16 > few ? aligned : aligned - aligned % 16;
+  for (int64_t i = 0; i < done; i += 16) block(i < done - 16 ? i : done - 16);
+  return done;
+}
+
+template <PixelLayout L>
+[[gnu::flatten]] pqx_Status blocks_to_444(const uint8_t* src, uint8_t* y, uint8_t* cb, uint8_t* cr, int len,
+                                          uint8_t* k) {
+  const int done = in_blocks<1>(len, [=](int64_t i) {
     const RgbBlock<L> pixels(src + i * L.bytes);
     store(y + i, pixels.y());
     store(cb + i, pixels.cb());
     store(cr + i, pixels.cr());
     if constexpr (L.inks) store(k + i, pixels.k);
-  };
-  const auto one = [=](int64_t i) {
-    const uint8_t* p = src + i * L.bytes;
-    const PackedYcc pixel = packed_ycc<L>(p);
-    y[i] = pixel.y();
-    cb[i] = pixel.cb();
-    cr[i] = pixel.cr();
-    if constexpr (L.inks) k[i] = p[L.a];
-  };
-  cover<1, 1>(len, block, one);
-  return PQX_OK;
+  });
+  if (done == len) return PQX_OK;
+  return single_pixels_to_444<L>(src + int64_t(done) * L.bytes, y + done, cb + done, cr + done, len - done, k + done);
 }
 
 template <PixelLayout L>
-[[gnu::flatten]] pqx_Status rgb_to_ycc422(const uint8_t* src, uint8_t* y, uint8_t* cb, uint8_t* cr, int len) {
-  const auto block = [=](int64_t i) {
+[[gnu::flatten]] pqx_Status blocks_to_422(const uint8_t* src, uint8_t* y, uint8_t* cb, uint8_t* cr, int len) {
+  const int done = in_blocks<4>(len, [=](int64_t i) {
     const RgbBlock<L> pixels(src + i * L.bytes);
     store(y + i, pixels.y());
-    store_means(cb + i / 2, cr + i / 2, means(pixels.cb_of_pairs(), 1, rounding_of_pair(1), excess.cb),
-                means(pixels.cr_of_pairs(), 1, rounding_of_pair(1), excess.cr));
-  };
-  const auto pair = [=](int64_t i) {
-    const uint8_t* p = src + i * L.bytes;
-    const PackedYcc a = packed_ycc<L>(p), b = packed_ycc<L>(p + L.bytes);
-    const PackedYcc sum = a + b + in_both_chromas(rounding_of_pair(i / 2));
-    y[i] = a.y();
-    y[i + 1] = b.y();
-    cb[i / 2] = sum.cb(1);
-    cr[i / 2] = sum.cr(1);
-  };
-  cover<4, 2>(len - (len & 1), block, pair);
-  return PQX_OK;
+    store_means(cb + i / 2, cr + i / 2, means(pixels.cb_of_pairs(), 1, odd_rounding_of_pairs, excess.cb),
+                means(pixels.cr_of_pairs(), 1, odd_rounding_of_pairs, excess.cr));
+  });
+  if (done == len) return PQX_OK;
+  return single_pixels_to_422<L>(src + int64_t(done) * L.bytes, y + done, cb + done / 2, cr + done / 2, len - done);
 }
 
 template <PixelLayout L>
-[[gnu::flatten]] pqx_Status rgb_to_ycc420(const uint8_t* src0, const uint8_t* src1, uint8_t* y0, uint8_t* y1,
+[[gnu::flatten]] pqx_Status blocks_to_420(const uint8_t* src0, const uint8_t* src1, uint8_t* y0, uint8_t* y1,
                                           uint8_t* cb, uint8_t* cr, int len) {
-  const auto block = [=](int64_t i) {
+  const int done = in_blocks<4>(len, [=](int64_t i) {
     const RgbBlock<L> upper(src0 + i * L.bytes);
     store(y0 + i, upper.y());
     const u16x8 cb_upper = upper.cb_of_pairs(), cr_upper = upper.cr_of_pairs();
     const RgbBlock<L> lower(src1 + i * L.bytes);
     store(y1 + i, lower.y());
-    store_means(cb + i / 2, cr + i / 2, means(cb_upper + lower.cb_of_pairs(), 2, rounding_of_square(1), excess.cb),
-                means(cr_upper + lower.cr_of_pairs(), 2, rounding_of_square(1), excess.cr));
-  };
-  const auto square = [=](int64_t i) {
-    const uint8_t *upper = src0 + i * L.bytes, *lower = src1 + i * L.bytes;
-    const PackedYcc a = packed_ycc<L>(upper), b = packed_ycc<L>(upper + L.bytes);
-    const PackedYcc c = packed_ycc<L>(lower), d = packed_ycc<L>(lower + L.bytes);
-    const PackedYcc sum =
-        (a + b).chroma_of_pair() + (c + d).chroma_of_pair() + in_both_chromas(rounding_of_square(i / 2));
-    y0[i] = a.y();
-    y0[i + 1] = b.y();
-    y1[i] = c.y();
-    y1[i + 1] = d.y();
-    cb[i / 2] = sum.cb(2);
-    cr[i / 2] = sum.cr(2);
-  };
-  cover<4, 2>(len - (len & 1), block, square);
-  return PQX_OK;
+    store_means(cb + i / 2, cr + i / 2, means(cb_upper + lower.cb_of_pairs(), 2, odd_rounding_of_squares, excess.cb),
+                means(cr_upper + lower.cr_of_pairs(), 2, odd_rounding_of_squares, excess.cr));
+  });
+  const int64_t done_bytes = int64_t(done) * L.bytes;
+  if (done == len) return PQX_OK;
+  return single_pixels_to_420<L>(src0 + done_bytes, src1 + done_bytes, y0 + done, y1 + done, cb + done / 2,
+                                 cr + done / 2, len - done);
+}
+
+/// The black channel of inks is copied to k.
+template <PixelLayout L>
+pqx_Status rgb_to_ycc444(const uint8_t* src, uint8_t* y, uint8_t* cb, uint8_t* cr, int len, uint8_t* k = nullptr) {
+  return len < 16 ? single_pixels_to_444<L>(src, y, cb, cr, len, k) : blocks_to_444<L>(src, y, cb, cr, len, k);
+}
+
+template <PixelLayout L>
+pqx_Status rgb_to_ycc422(const uint8_t* src, uint8_t* y, uint8_t* cb, uint8_t* cr, int len) {
+  return len < 16 ? single_pixels_to_422<L>(src, y, cb, cr, len) : blocks_to_422<L>(src, y, cb, cr, len);
+}
+
+template <PixelLayout L>
+pqx_Status rgb_to_ycc420(const uint8_t* src0, const uint8_t* src1, uint8_t* y0, uint8_t* y1, uint8_t* cb, uint8_t* cr,
+                         int len) {
+  return len < 16 ? single_pixels_to_420<L>(src0, src1, y0, y1, cb, cr, len)
+                  : blocks_to_420<L>(src0, src1, y0, y1, cb, cr, len);
 }
 
 }  // namespace pqx
