@@ -22,6 +22,13 @@ struct Quads {
   u8x16 quad[4];
 };
 
+/// The ends of a row of n bytes, 2 <= n <= 15: its first w, then its last w, w being 8, 4 or 2.
+inline u8x16 load_ends(const uint8_t* p, int64_t n) {
+  if (n >= 8) return {_mm_unpacklo_epi64(load_half<u8x16>(p).v, load_half<u8x16>(p + n - 8).v)};
+  if (n >= 4) return {_mm_unpacklo_epi32(load_bytes<4, u8x16>(p).v, load_bytes<4, u8x16>(p + n - 4).v)};
+  return {_mm_cvtsi32_si128(load_one<uint16_t>(p) | load_one<uint16_t>(p + n - 2) << 16)};
+}
+
 template <PixelLayout L, class Channel>
 Channel channel_at(int byte, Channel r, Channel g, Channel b, Channel a) {
   return byte == L.r ? r : byte == L.g ? g : byte == L.b ? b : a;
@@ -107,15 +114,20 @@ template <int pixel_bytes>
     store_quad<pixel_bytes>(dst + 3 * quad, p.quad[3]);
 }
 
-/// Writes the first eight and the last eight of n pixels, 8 <= n <= 16, and nothing behind them.
+/// Writes a row of n pixels, 4 <= n <= 15, from its ends as load_ends() orders them.
 template <int pixel_bytes>
 [[gnu::always_inline]] inline void store_ends(uint8_t* dst, const Quads<pixel_bytes>& p, int64_t n) {
   constexpr int quad = 4 * pixel_bytes;
-  uint8_t* const last = dst + (n - 8) * pixel_bytes;
-  store_quad<pixel_bytes>(dst, p.quad[0]);
-  store_last_quad<pixel_bytes>(dst + quad, p.quad[1]);
-  store_quad<pixel_bytes>(last, p.quad[2]);
-  store_last_quad<pixel_bytes>(last + quad, p.quad[3]);
+  if (n >= 8) {
+    uint8_t* const last = dst + (n - 8) * pixel_bytes;
+    store_quad<pixel_bytes>(dst, p.quad[0]);
+    store_last_quad<pixel_bytes>(dst + quad, p.quad[1]);
+    store_quad<pixel_bytes>(last, p.quad[2]);
+    store_last_quad<pixel_bytes>(last + quad, p.quad[3]);
+  } else {
+    store_last_quad<pixel_bytes>(dst, p.quad[0]);
+    store_last_quad<pixel_bytes>(dst + (n - 4) * pixel_bytes, p.quad[1]);
+  }
 }
 
 }  // namespace pqx

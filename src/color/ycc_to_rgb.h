@@ -10,28 +10,24 @@
 
 namespace pqx {
 
-/// The first eight and the last eight of n bytes, 8 <= n.
-inline u8x16 load_ends(const uint8_t* p, int64_t n) {
-  return {_mm_unpacklo_epi64(load_half<u8x16>(p).v, load_half<u8x16>(p + n - 8).v)};
-}
-
-/// One row of luma and where its pixels go.
-struct OpaqueRow {
+/// A row of luma and where its pixels go.
+struct Row {
   const uint8_t* y;
   uint8_t* dst;
-
-  int fourth_at(int64_t) const { return 255; }
-  u8x16 fourth(int64_t) const { return all_u8(255); }
-  u8x16 fourth_of_ends(int64_t) const { return all_u8(255); }
 };
-struct RowWithBlack {
-  const uint8_t* y;
-  uint8_t* dst;
+
+/// The fourth channel of four-byte pixels: opaque alpha, or black as it is.
+struct Opaque {
+  int at(int64_t) const { return 255; }
+  u8x16 sixteen(int64_t) const { return all_u8(255); }
+  u8x16 ends(int64_t) const { return all_u8(255); }
+};
+struct Black {
   const uint8_t* k;
 
-  int fourth_at(int64_t i) const { return k[i]; }
-  u8x16 fourth(int64_t i) const { return load<u8x16>(k + i); }
-  u8x16 fourth_of_ends(int64_t n) const { return load_ends(k, n); }
+  int at(int64_t i) const { return k[i]; }
+  u8x16 sixteen(int64_t i) const { return load<u8x16>(k + i); }
+  u8x16 ends(int64_t n) const { return load_ends(k, n); }
 };
 
 /// Chroma terms of the pixels 0 to 7 and 8 to 15.
@@ -78,8 +74,8 @@ struct Chroma444 {
   const uint8_t *cb, *cr;
 
   Chroma at(int64_t i) const { return {cb[i], cr[i]}; }
-  auto terms(int64_t i) const { return terms_of(load<u8x16>(cb + i), load<u8x16>(cr + i)); }
-  auto terms_of_ends(int64_t n) const { return terms_of(load_ends(cb, n), load_ends(cr, n)); }
+  auto sixteen(int64_t i) const { return terms_of(load<u8x16>(cb + i), load<u8x16>(cr + i)); }
+  auto ends(int64_t n) const { return terms_of(load_ends(cb, n), load_ends(cr, n)); }
 
  private:
   [[gnu::always_inline]] static auto terms_of(u8x16 b, u8x16 r) {
@@ -102,19 +98,15 @@ struct ChromaNearest {
   const uint8_t *cb, *cr;
 
   Chroma at(int64_t i) const { return {cb[i >> 1], cr[i >> 1]}; }
-  EvenOdd terms(int64_t i) const {
+  EvenOdd sixteen(int64_t i) const {
     return terms_of(load_half<u8x16>(cb + (i >> 1)), load_half<u8x16>(cr + (i >> 1)));
   }
-  EvenOdd terms_of_ends(int64_t n) const { return terms_of(ends(cb, n >> 1), ends(cr, n >> 1)); }
+  EvenOdd ends(int64_t n) const { return terms_of(load_ends(cb, n >> 1), load_ends(cr, n >> 1)); }
 
  private:
   [[gnu::always_inline]] static EvenOdd terms_of(u8x16 b, u8x16 r) {
     const PixelWords both = chroma_terms<light>(LightCb::low(b), LightCr::low(r));
     return {both, both};
-  }
-  static u8x16 ends(const uint8_t* p, int64_t n) {
-    return {
-        _mm_unpacklo_epi32(_mm_cvtsi32_si128(load_one<int32_t>(p)), _mm_cvtsi32_si128(load_one<int32_t>(p + n - 4)))};
   }
 };
 
@@ -124,9 +116,8 @@ struct ChromaLinear {
   const uint8_t *cb, *cr;
   int64_t pairs;
 
-  Chroma at(int64_t i) const { return {filtered(cb, i), filtered(cr, i)}; }
-
-  [[gnu::always_inline]] EvenOdd terms(int64_t i) const {
+  Chroma at(int64_t) const { return {cb[0], cr[0]}; }  // a lone pair has no neighbour
+  [[gnu::always_inline]] EvenOdd sixteen(int64_t i) const {
     const int64_t j = i >> 1;
     const u8x16 c = both(cb + j, cr + j);
     const u8x16 left = j == 0 ? before(c) : both(cb + j - 1, cr + j - 1);
@@ -134,11 +125,8 @@ struct ChromaLinear {
     return terms_of(left, c, right);
   }
 
-  [[gnu::always_inline]] EvenOdd terms_of_ends(int64_t) const {
-    const uint64_t b = row(cb), r = row(cr);
-    auto left = [](uint64_t x) { return x << 8 | (x & 255); };
-    auto right = [this](uint64_t x) { return x >> 8 | (x & uint64_t(255) << 8 * (pairs - 1)); };
-    return terms_of(ends(left(b), left(r)), ends(b, r), ends(right(b), right(r)));
+  [[gnu::always_inline]] EvenOdd ends(int64_t) const {
+    return pairs >= 4 ? terms_of_ends<uint32_t>() : terms_of_ends<uint16_t>();
   }
 
  private:
@@ -158,80 +146,97 @@ struct ChromaLinear {
             chroma_terms<light>(LightCb::low(odd), LightCr::high(odd))};
   }
 
-  // Four to seven samples, and the first four and the last four of them.
-  uint64_t row(const uint8_t* c) const {
-    return load_one<uint32_t>(c) | uint64_t(load_one<uint32_t>(c + pairs - 4)) << 8 * (pairs - 4);
+  // The ends of four to seven samples, or of two or three, as load_ends() orders them: w samples make one Samples.
+  template <class Samples>
+  struct Ends {
+    uint64_t left, c, right;
+  };
+  template <class Samples>
+  Ends<Samples> ends(const uint8_t* s) const {
+    constexpr int w = sizeof(Samples), bits = 8 * w;
+    auto at = [s](int64_t j) { return load_one<Samples>(s + j); };
+    auto join = [](Samples first, Samples last) { return first | uint64_t(last) << bits; };
+    const Samples first = at(0), last = at(pairs - w);
+    const auto before_first = Samples(first << 8 | (first & 255)),
+               behind_last = Samples(last >> 8 | (last & 255u << (bits - 8)));
+    if (pairs == w) return {join(before_first, before_first), join(first, last), join(behind_last, behind_last)};
+    return {join(before_first, at(pairs - w - 1)), join(first, last), join(at(1), behind_last)};
   }
-  u8x16 ends(uint64_t b, uint64_t r) const {
-    auto four_and_four = [this](uint64_t x) { return int64_t(uint32_t(x) | x >> 8 * (pairs - 4) << 32); };
-    return {_mm_unpacklo_epi64(_mm_cvtsi64_si128(four_and_four(b)), _mm_cvtsi64_si128(four_and_four(r)))};
-  }
-
-  int filtered(const uint8_t* c, int64_t i) const {
-    const int64_t j = i >> 1, before = j == 0 ? 0 : j - 1, behind = j == pairs - 1 ? j : j + 1;
-    return i & 1 ? (3 * c[j] + c[behind] + 2) >> 2 : (3 * c[j] + c[before] + 1) >> 2;
+  template <class Samples>
+  [[gnu::always_inline]] EvenOdd terms_of_ends() const {
+    const auto b = ends<Samples>(cb), r = ends<Samples>(cr);
+    auto both = [](uint64_t x, uint64_t y) {
+      return u8x16{_mm_unpacklo_epi64(_mm_cvtsi64_si128(int64_t(x)), _mm_cvtsi64_si128(int64_t(y)))};
+    };
+    return terms_of(both(b.left, r.left), both(b.c, r.c), both(b.right, r.right));
   }
 };
 
-template <PixelLayout L>
-void store_pixel(uint8_t* pixel, int y, Chroma c, int fourth) {
-  const int y2 = 2 * (L.inks ? 255 - y : y);
-  auto byte = [y2](int term) { return pqx_tClip[576 + y2 + (L.inks ? -term : term)]; };
-  pixel[L.r] = byte(pqx_tRCr[c.cr] - rule::ycc_red_constant);
-  pixel[L.g] = byte(pqx_tGCb[c.cb] - pqx_tGCr[c.cr]);
-  pixel[L.b] = byte(pqx_tBCb[c.cb] - rule::ycc_blue_constant);
-  if constexpr (L.a >= 0) pixel[L.a] = uint8_t(fourth);
-}
-
-/// Converts n pixels of each row; the rows share their chroma.
-template <PixelLayout L, class Chromas, class... Rows>
-[[gnu::always_inline]] inline pqx_Status ycc_to_pixels(int64_t n, Chromas chroma, Rows... row) {
-  if (n >= 16) {
-    // The last sixteen pixels may take in some of those before them once more.
-    for (int64_t i = 0, next; i < n; i = next) {
-      next = i + 32 <= n || i + 16 == n ? i + 16 : n - 16;
-      const auto terms = chroma.terms(i);
-      (store_pixels<L.bytes>(row.dst + L.bytes * i, pixels<L>(load<u8x16>(row.y + i), terms, row.fourth(i)),
-                             next == n),
-       ...);
-    }
-  } else if (n >= 8) {
-    const auto terms = chroma.terms_of_ends(n);
-    (store_ends<L.bytes>(row.dst, pixels<L>(load_ends(row.y, n), terms, row.fourth_of_ends(n)), n), ...);
-  } else {
-    for (int64_t i = 0; i < n; ++i)
-      (store_pixel<L>(row.dst + L.bytes * i, row.y[i], chroma.at(i), row.fourth_at(i)), ...);
+/// A row of up to three pixels, which registers would not convert sooner.
+template <PixelLayout L, class Chromas, class Fourth>
+[[gnu::noinline]] pqx_Status store_few_pixels(int64_t n, Chromas chroma, Fourth fourth, Row row) {
+  uint8_t* pixel = row.dst;
+  for (int64_t i = 0; i < n; ++i, pixel += L.bytes) {
+    constexpr int sign = L.inks ? -1 : 1;
+    const uint8_t* const clipped = pqx_tClip + 576 + 2 * (L.inks ? 255 - row.y[i] : row.y[i]);
+    const Chroma c = chroma.at(i);
+    pixel[L.r] = clipped[sign * (pqx_tRCr[c.cr] - rule::ycc_red_constant)];
+    pixel[L.g] = clipped[sign * (pqx_tGCb[c.cb] - pqx_tGCr[c.cr])];
+    pixel[L.b] = clipped[sign * (pqx_tBCb[c.cb] - rule::ycc_blue_constant)];
+    if constexpr (L.a >= 0) pixel[L.a] = uint8_t(fourth.at(i));
   }
   return PQX_OK;
 }
 
-// With an odd length the last pixel of rows that share chroma in pairs is left alone.
-
-template <PixelLayout L>
-pqx_Status ycc444_to_rgb(const uint8_t* y, const uint8_t* cb, const uint8_t* cr, uint8_t* dst, int len) {
-  return ycc_to_pixels<L>(len, Chroma444<L>{cb, cr}, OpaqueRow{y, dst});
+/// Converts n pixels of each row; the rows share their chroma.
+template <PixelLayout L, class Chromas, class Fourth, class... Rows>
+[[gnu::always_inline]] inline pqx_Status convert_rows(int64_t n, Chromas chroma, Fourth fourth, Rows... row) {
+  if (n < 4) return (store_few_pixels<L>(n, chroma, fourth, row), ...);
+  if (n < 16) {
+    const auto terms = chroma.ends(n);
+    (store_ends<L.bytes>(row.dst, pixels<L>(load_ends(row.y, n), terms, fourth.ends(n)), n), ...);
+    return PQX_OK;
+  }
+  // The last sixteen pixels may take in some of those before them once more.
+  for (int64_t i = 0, next; i < n; i = next) {
+    next = i + 32 <= n || i + 16 == n ? i + 16 : n - 16;
+    const auto terms = chroma.sixteen(i);
+    const bool last = next == n;
+    (store_pixels(row.dst + L.bytes * i, pixels<L>(load<u8x16>(row.y + i), terms, fourth.sixteen(i)), last), ...);
+  }
+  return PQX_OK;
 }
 
 template <PixelLayout L>
-pqx_Status ycc422_to_rgb(const uint8_t* y, const uint8_t* cb, const uint8_t* cr, uint8_t* dst, int len) {
-  return ycc_to_pixels<L>(len & ~1, ChromaNearest{cb, cr}, OpaqueRow{y, dst});
+[[gnu::always_inline]] inline pqx_Status ycc444_to_rgb(const uint8_t* y, const uint8_t* cb, const uint8_t* cr,
+                                                       uint8_t* dst, int len) {
+  return convert_rows<L>(len, Chroma444<L>{cb, cr}, Opaque{}, Row{y, dst});
+}
+
+// Where pairs of pixels share a chroma sample, an odd last pixel is left alone.
+
+template <PixelLayout L>
+[[gnu::always_inline]] inline pqx_Status ycc422_to_rgb(const uint8_t* y, const uint8_t* cb, const uint8_t* cr,
+                                                       uint8_t* dst, int len) {
+  return convert_rows<L>(len & ~1, ChromaNearest{cb, cr}, Opaque{}, Row{y, dst});
 }
 
 template <PixelLayout L>
-pqx_Status ycc420_to_rgb(const uint8_t* y0, const uint8_t* y1, const uint8_t* cb, const uint8_t* cr, uint8_t* dst0,
-                         uint8_t* dst1, int len) {
-  return ycc_to_pixels<L>(len & ~1, ChromaNearest{cb, cr}, OpaqueRow{y0, dst0}, OpaqueRow{y1, dst1});
+[[gnu::always_inline]] inline pqx_Status ycc420_to_rgb(const uint8_t* y0, const uint8_t* y1, const uint8_t* cb,
+                                                       const uint8_t* cr, uint8_t* dst0, uint8_t* dst1, int len) {
+  return convert_rows<L>(len & ~1, ChromaNearest{cb, cr}, Opaque{}, Row{y0, dst0}, Row{y1, dst1});
 }
 
 template <PixelLayout L>
-pqx_Status ycc422_to_rgb_bilinear(const uint8_t* y, const uint8_t* cb, const uint8_t* cr, uint8_t* dst, int len) {
+[[gnu::always_inline]] inline pqx_Status ycc422_to_rgb_bilinear(const uint8_t* y, const uint8_t* cb,
+                                                                const uint8_t* cr, uint8_t* dst, int len) {
   const int64_t pairs = len < 2 ? 1 : len / 2;
-  return ycc_to_pixels<L>(2 * pairs, ChromaLinear{cb, cr, pairs}, OpaqueRow{y, dst});
+  return convert_rows<L>(2 * pairs, ChromaLinear{cb, cr, pairs}, Opaque{}, Row{y, dst});
 }
 
-inline pqx_Status ycck444_to_cmyk(const uint8_t* y, const uint8_t* cb, const uint8_t* cr, const uint8_t* k,
-                                  uint8_t* dst, int len) {
-  return ycc_to_pixels<layout::CMYK>(len, Chroma444<layout::CMYK>{cb, cr}, RowWithBlack{y, dst, k});
+[[gnu::always_inline]] inline pqx_Status ycck444_to_cmyk(const uint8_t* y, const uint8_t* cb, const uint8_t* cr,
+                                                         const uint8_t* k, uint8_t* dst, int len) {
+  return convert_rows<layout::CMYK>(len, Chroma444<layout::CMYK>{cb, cr}, Black{k}, Row{y, dst});
 }
 
 }  // namespace pqx
