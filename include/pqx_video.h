@@ -616,6 +616,45 @@ PQX_API pqx_Status pqx_Video_DCT8x8Inv_IEEE_16S(const int16_t* pSrc, int16_t* pD
  */
 PQX_API pqx_Status pqx_Video_DCT8x8Inv_1Q_Mismatch_16S(const int16_t* pSrc, int16_t* pDst);
 
+ * Forward 2x2 transform: with the samples a, b / c, d it gives (a + b + c + d) >> 1, (a - b + c - d) >> 1, (a + b
+ * - c - d) >> 1 and (a - b - c + d) >> 1.
+ *
+ * @param pSrc  4 samples, row-major
+ * @param pDst  4 coefficients; may equal or overlap pSrc
+ * @return #PQX_OK always
+ */
+PQX_API pqx_Status pqx_Video_DCT2x2Fwd_16S(const int16_t* pSrc, int16_t* pDst);
+
+/**
+ * Forward 4x4 transform of signed samples, in single precision at four times the orthonormal scale. A result z
+ * becomes trunc(z) >> 2: rounded toward zero, then downward (an exact -0.5 gives -1, +0.5 gives 0).
+ *
+ * @param pSrc  16 samples, row-major
+ * @param pDst  16 coefficients, element 4*u + v; may equal or overlap pSrc
+ * @return #PQX_OK always
+ */
+PQX_API pqx_Status pqx_Video_DCT4x4Fwd_16S(const int16_t* pSrc, int16_t* pDst);
+
+/**
+ * Forward 16x16 transform of signed samples, in single precision. Results are truncated toward zero, not rounded;
+ * only where the exact result lies within single-precision rounding of an integer can that integer's neighbour
+ * come out.
+ *
+ * @param pSrc  256 samples, row-major
+ * @param pDst  256 coefficients, element 16*u + v; may equal or overlap pSrc
+ * @return #PQX_OK always
+ */
+PQX_API pqx_Status pqx_Video_DCT16x16Fwd_16S(const int16_t* pSrc, int16_t* pDst);
+
+/**
+ * Forward 16x16 transform of samples of up to 10 bits: the same as pqx_Video_DCT16x16Fwd_16S(), which it calls.
+ *
+ * @param pSrc  256 samples, row-major
+ * @param pDst  256 coefficients; may equal or overlap pSrc
+ * @return #PQX_OK always
+ */
+PQX_API pqx_Status pqx_Video_DCT16x16Fwd_10S_16S(const int16_t* pSrc, int16_t* pDst);
+
 /** @} */
 
 /**
@@ -1412,6 +1451,72 @@ PQX_API pqx_Status pqx_Video_ColorYCC2RGB444_16S(const int16_t* pY, const int16_
  * @param uvStep   bytes from row to row of pU and of pV
  * @param pDst     height rows of 4 * (width / 4) pixels of 3 bytes R, G, B; remaining columns are not written
  * @param dstStep  bytes from row to row of pDst
+
+ * Drops the alpha byte: A, B, G, R to R, G, B.
+ *
+ * @param pSrc  len pixels of 4 bytes A, B, G, R
+ * @param pDst  len pixels of 3 bytes R, G, B
+ * @param len   pixels; 0 or less does nothing
+ * @return #PQX_OK always
+ */
+PQX_API pqx_Status pqx_Video_ColorABGR2RGB_8U(const uint8_t* pSrc, uint8_t* pDst, int len);
+
+/**
+ * Drops the alpha byte: A, R, G, B to R, G, B.
+ *
+ * @param pSrc  len pixels of 4 bytes A, R, G, B
+ * @param pDst  len pixels of 3 bytes R, G, B
+ * @param len   pixels; 0 or less does nothing
+ * @return #PQX_OK always
+ */
+PQX_API pqx_Status pqx_Video_ColorARGB2RGB_8U(const uint8_t* pSrc, uint8_t* pDst, int len);
+
+/**
+ * Adds an alpha byte of 0: R, G, B to A, B, G, R.
+ *
+ * @param pSrc  len pixels of 3 bytes R, G, B
+ * @param pDst  len pixels of 4 bytes A, B, G, R
+ * @param len   pixels; 0 or less does nothing
+ * @return #PQX_OK always
+ */
+PQX_API pqx_Status pqx_Video_ColorRGB2ABGR_8U(const uint8_t* pSrc, uint8_t* pDst, int len);
+
+/**
+ * Adds an alpha byte of 0: R, G, B to A, R, G, B.
+ *
+ * @param pSrc  len pixels of 3 bytes R, G, B
+ * @param pDst  len pixels of 4 bytes A, R, G, B
+ * @param len   pixels; 0 or less does nothing
+ * @return #PQX_OK always
+ */
+PQX_API pqx_Status pqx_Video_ColorRGB2ARGB_8U(const uint8_t* pSrc, uint8_t* pDst, int len);
+
+/**
+ * Exchanges bytes 1 and 3 of each 4-byte pixel in place: ARGB to ABGR or back.
+ *
+ * @param pSrcDst  len pixels of 4 bytes
+ * @param len      pixels; 0 or less does nothing
+ * @return #PQX_OK always
+ */
+PQX_API pqx_Status pqx_Video_ColorARGB2ABGR_8U_I(uint8_t* pSrcDst, int len);
+
+/**
+ * Exchanges bytes 0 and 2 of each 3-byte pixel in place: RGB to BGR or back.
+ *
+ * @param pSrcDst  len pixels of 3 bytes
+ * @param len      pixels; 0 or less does nothing
+ * @return #PQX_OK always
+ */
+PQX_API pqx_Status pqx_Video_ColorRGB2BGR_8U_I(uint8_t* pSrcDst, int len);
+
+/**
+ * Reverses the four bytes of each pixel, RGBA to ABGR or back, by the byte swap of libpqx_vector. Steps are
+ * counted in pixels, not in bytes.
+ *
+ * @param pSrc     height rows of width pixels
+ * @param srcStep  pixels from row to row of pSrc
+ * @param pDst     height rows of width pixels; may equal pSrc
+ * @param dstStep  pixels from row to row of pDst
  * @param width    pixels in a row; 0 or less does nothing
  * @param height   rows; 0 or less does nothing
  * @return #PQX_OK always
@@ -1749,6 +1854,161 @@ PQX_API pqx_Status pqx_Video_ColorYUV2ABGR420_WX2_8U(const uint8_t* pY, int ySte
 PQX_API pqx_Status pqx_Video_ColorYUV2ABGR420_WX3_8U(const uint8_t* pY, int yStep, const uint8_t* pU,
                                                      const uint8_t* pV, int uvStep, uint8_t* pDst, int dstStep,
                                                      int picWidth, int picHeight, int x0, int y0, int x1, int y1);
+
+PQX_API pqx_Status pqx_Video_ColorRGBA2ABGR_32U(const uint32_t* pSrc, int srcStep, uint32_t* pDst, int dstStep,
+                                                int width, int height);
+
+/**
+ * Merges two planes into pixels of 2 bytes: pDst[2*i + k] = pSrck[i].
+ *
+ * @param pSrc0  channel 0: len samples
+ * @param pSrc1  channel 1: len samples
+ * @param len    pixels; 0 or less does nothing
+ * @param pDst   2 * len samples
+ * @return #PQX_OK always
+ */
+PQX_API pqx_Status pqx_Video_ColorMerge2_8U(const uint8_t* pSrc0, const uint8_t* pSrc1, int len, uint8_t* pDst);
+
+/**
+ * Merges three planes into pixels of 3 bytes: pDst[3*i + k] = pSrck[i].
+ *
+ * @param pSrc0  channel 0: len samples
+ * @param pSrc1  channel 1: len samples
+ * @param pSrc2  channel 2: len samples
+ * @param len    pixels; 0 or less does nothing
+ * @param pDst   3 * len samples
+ * @return #PQX_OK always
+ */
+PQX_API pqx_Status pqx_Video_ColorMerge3_8U(const uint8_t* pSrc0, const uint8_t* pSrc1, const uint8_t* pSrc2, int len,
+                                            uint8_t* pDst);
+
+/**
+ * Merges four planes into pixels of 4 bytes: pDst[4*i + k] = pSrck[i].
+ *
+ * @param pSrc0  channel 0: len samples
+ * @param pSrc1  channel 1: len samples
+ * @param pSrc2  channel 2: len samples
+ * @param pSrc3  channel 3: len samples
+ * @param len    pixels; 0 or less does nothing
+ * @param pDst   4 * len samples
+ * @return #PQX_OK always
+ */
+PQX_API pqx_Status pqx_Video_ColorMerge4_8U(const uint8_t* pSrc0, const uint8_t* pSrc1, const uint8_t* pSrc2,
+                                            const uint8_t* pSrc3, int len, uint8_t* pDst);
+
+/**
+ * Merges two planes into pixels of 2 16-bit samples: pDst[2*i + k] = pSrck[i].
+ *
+ * @param pSrc0  channel 0: len samples
+ * @param pSrc1  channel 1: len samples
+ * @param len    pixels; 0 or less does nothing
+ * @param pDst   2 * len samples
+ * @return #PQX_OK always
+ */
+PQX_API pqx_Status pqx_Video_ColorMerge2_16S(const int16_t* pSrc0, const int16_t* pSrc1, int len, int16_t* pDst);
+
+/**
+ * Merges three planes into pixels of 3 16-bit samples: pDst[3*i + k] = pSrck[i].
+ *
+ * @param pSrc0  channel 0: len samples
+ * @param pSrc1  channel 1: len samples
+ * @param pSrc2  channel 2: len samples
+ * @param len    pixels; 0 or less does nothing
+ * @param pDst   3 * len samples
+ * @return #PQX_OK always
+ */
+PQX_API pqx_Status pqx_Video_ColorMerge3_16S(const int16_t* pSrc0, const int16_t* pSrc1, const int16_t* pSrc2,
+                                             int len, int16_t* pDst);
+
+/**
+ * Merges four planes into pixels of 4 16-bit samples: pDst[4*i + k] = pSrck[i].
+ *
+ * @param pSrc0  channel 0: len samples
+ * @param pSrc1  channel 1: len samples
+ * @param pSrc2  channel 2: len samples
+ * @param pSrc3  channel 3: len samples
+ * @param len    pixels; 0 or less does nothing
+ * @param pDst   4 * len samples
+ * @return #PQX_OK always
+ */
+PQX_API pqx_Status pqx_Video_ColorMerge4_16S(const int16_t* pSrc0, const int16_t* pSrc1, const int16_t* pSrc2,
+                                             const int16_t* pSrc3, int len, int16_t* pDst);
+
+/**
+ * Splits pixels of 2 bytes into two planes: pDstk[i] = pSrc[2*i + k].
+ *
+ * @param pSrc   2 * len samples
+ * @param pDst0  channel 0: len samples
+ * @param pDst1  channel 1: len samples
+ * @param len    pixels; 0 or less does nothing
+ * @return #PQX_OK always
+ */
+PQX_API pqx_Status pqx_Video_ColorSplit2_8U(const uint8_t* pSrc, uint8_t* pDst0, uint8_t* pDst1, int len);
+
+/**
+ * Splits pixels of 3 bytes into three planes: pDstk[i] = pSrc[3*i + k].
+ *
+ * @param pSrc   3 * len samples
+ * @param pDst0  channel 0: len samples
+ * @param pDst1  channel 1: len samples
+ * @param pDst2  channel 2: len samples
+ * @param len    pixels; 0 or less does nothing
+ * @return #PQX_OK always
+ */
+PQX_API pqx_Status pqx_Video_ColorSplit3_8U(const uint8_t* pSrc, uint8_t* pDst0, uint8_t* pDst1, uint8_t* pDst2,
+                                            int len);
+
+/**
+ * Splits pixels of 4 bytes into four planes: pDstk[i] = pSrc[4*i + k].
+ *
+ * @param pSrc   4 * len samples
+ * @param pDst0  channel 0: len samples
+ * @param pDst1  channel 1: len samples
+ * @param pDst2  channel 2: len samples
+ * @param pDst3  channel 3: len samples
+ * @param len    pixels; 0 or less does nothing
+ * @return #PQX_OK always
+ */
+PQX_API pqx_Status pqx_Video_ColorSplit4_8U(const uint8_t* pSrc, uint8_t* pDst0, uint8_t* pDst1, uint8_t* pDst2,
+                                            uint8_t* pDst3, int len);
+
+/**
+ * Splits pixels of 2 16-bit samples into two planes: pDstk[i] = pSrc[2*i + k].
+ *
+ * @param pSrc   2 * len samples
+ * @param pDst0  channel 0: len samples
+ * @param pDst1  channel 1: len samples
+ * @param len    pixels; 0 or less does nothing
+ * @return #PQX_OK always
+ */
+PQX_API pqx_Status pqx_Video_ColorSplit2_16S(const int16_t* pSrc, int16_t* pDst0, int16_t* pDst1, int len);
+
+/**
+ * Splits pixels of 3 16-bit samples into three planes: pDstk[i] = pSrc[3*i + k].
+ *
+ * @param pSrc   3 * len samples
+ * @param pDst0  channel 0: len samples
+ * @param pDst1  channel 1: len samples
+ * @param pDst2  channel 2: len samples
+ * @param len    pixels; 0 or less does nothing
+ * @return #PQX_OK always
+ */
+PQX_API pqx_Status pqx_Video_ColorSplit3_16S(const int16_t* pSrc, int16_t* pDst0, int16_t* pDst1, int16_t* pDst2,
+                                             int len);
+
+/**
+ * Splits pixels of 4 16-bit samples into four planes: pDstk[i] = pSrc[4*i + k].
+ *
+ * @param pSrc   4 * len samples
+ * @param pDst0  channel 0: len samples
+ * @param pDst1  channel 1: len samples
+ * @param pDst2  channel 2: len samples
+ * @param pDst3  channel 3: len samples
+ * @param len    pixels; 0 or less does nothing
+ * @return #PQX_OK always
+ */
+PQX_API pqx_Status pqx_Video_ColorSplit4_16S(const int16_t* pSrc, int16_t* pDst0, int16_t* pDst1, int16_t* pDst2,
+                                             int16_t* pDst3, int len);
 
 /** @} */
 
