@@ -111,4 +111,30 @@ decltype(pqx_Video_ColorYUV2ABGR420_W_8U) ColorYUV2ABGR420_W_8U;
 decltype(pqx_Video_ColorYUV2ABGR420_WX2_8U) ColorYUV2ABGR420_WX2_8U;
 decltype(pqx_Video_ColorYUV2ABGR420_WX3_8U) ColorYUV2ABGR420_WX3_8U;
 
+decltype(pqx_Video_DCT2x2Fwd_16S) DCT2x2Fwd_16S;
+decltype(pqx_Video_DCT4x4Fwd_16S) DCT4x4Fwd_16S;
+decltype(pqx_Video_DCT16x16Fwd_16S) DCT16x16Fwd_16S;
+decltype(pqx_Video_DCT16x16Fwd_10S_16S) DCT16x16Fwd_10S_16S;
+
+decltype(pqx_Video_ColorABGR2RGB_8U) ColorABGR2RGB_8U;
+decltype(pqx_Video_ColorARGB2RGB_8U) ColorARGB2RGB_8U;
+decltype(pqx_Video_ColorRGB2ABGR_8U) ColorRGB2ABGR_8U;
+decltype(pqx_Video_ColorRGB2ARGB_8U) ColorRGB2ARGB_8U;
+decltype(pqx_Video_ColorARGB2ABGR_8U_I) ColorARGB2ABGR_8U_I;
+decltype(pqx_Video_ColorRGB2BGR_8U_I) ColorRGB2BGR_8U_I;
+decltype(pqx_Video_ColorRGBA2ABGR_32U) ColorRGBA2ABGR_32U;
+
+decltype(pqx_Video_ColorMerge2_8U) ColorMerge2_8U;
+decltype(pqx_Video_ColorMerge3_8U) ColorMerge3_8U;
+decltype(pqx_Video_ColorMerge4_8U) ColorMerge4_8U;
+decltype(pqx_Video_ColorMerge2_16S) ColorMerge2_16S;
+decltype(pqx_Video_ColorMerge3_16S) ColorMerge3_16S;
+decltype(pqx_Video_ColorMerge4_16S) ColorMerge4_16S;
+decltype(pqx_Video_ColorSplit2_8U) ColorSplit2_8U;
+decltype(pqx_Video_ColorSplit3_8U) ColorSplit3_8U;
+decltype(pqx_Video_ColorSplit4_8U) ColorSplit4_8U;
+decltype(pqx_Video_ColorSplit2_16S) ColorSplit2_16S;
+decltype(pqx_Video_ColorSplit3_16S) ColorSplit3_16S;
+decltype(pqx_Video_ColorSplit4_16S) ColorSplit4_16S;
+
 }  // namespace plain

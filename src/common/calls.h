@@ -7,6 +7,7 @@ extern "C" {
 PQX_API decltype(pqx_Malloc) __pqx_Malloc;
 PQX_API decltype(pqx_Free) __pqx_Free;
 PQX_API decltype(pqx_Video_DCT8x8Fwd_16S) __pqx_Video_DCT8x8Fwd_16S;
+PQX_API decltype(pqx_Video_DCT16x16Fwd_16S) __pqx_Video_DCT16x16Fwd_16S;
 PQX_API decltype(pqx_Video_UpSample420_BL_8U) __pqx_Video_UpSample420_BL_8U;
 PQX_API decltype(pqx_Video_ColorYCC2RGB444_8U) __pqx_Video_ColorYCC2RGB444_8U;
 PQX_API decltype(pqx_Video_ColorYCC2BGRA444_8U) __pqx_Video_ColorYCC2BGRA444_8U;
