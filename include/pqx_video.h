@@ -616,6 +616,7 @@ PQX_API pqx_Status pqx_Video_DCT8x8Inv_IEEE_16S(const int16_t* pSrc, int16_t* pD
  */
 PQX_API pqx_Status pqx_Video_DCT8x8Inv_1Q_Mismatch_16S(const int16_t* pSrc, int16_t* pDst);
 
+/**
  * Forward 2x2 transform: with the samples a, b / c, d it gives (a + b + c + d) >> 1, (a - b + c - d) >> 1, (a + b
  * - c - d) >> 1 and (a - b - c + d) >> 1.
  *

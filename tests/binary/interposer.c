@@ -37,6 +37,8 @@ void __pqx_Free(void* ptr) {
   int32_t name(void)
 
 STAND_IN(__pqx_Video_DCT8x8Fwd_16S);
+STAND_IN(__pqx_Video_DCT16x16Fwd_16S);
+STAND_IN(__pqx_Vector_SwapByte_32S);
 STAND_IN(__pqx_Video_UpSample420_BL_8U);
 STAND_IN(__pqx_Video_ColorYCC2RGB444_8U);
 STAND_IN(__pqx_Video_ColorYCC2BGRA444_8U);

@@ -28,6 +28,8 @@ static int none(const char* name) {
   if (!name) return printf("%s is missing\n", #name), 1
 
 typedef pqx_Status decltype_pqx_Video_DCT8x8Fwd_12S_16S(const int16_t*, int16_t*);
+typedef decltype_pqx_Video_DCT8x8Fwd_12S_16S decltype_pqx_Video_DCT16x16Fwd_10S_16S;
+typedef pqx_Status decltype_pqx_Video_ColorRGBA2ABGR_32U(const uint32_t*, int, uint32_t*, int, int, int);
 typedef pqx_Status decltype_pqx_Video_InterpX_Y_XY_8U(const uint8_t*, int, int, int, uint8_t*, uint8_t*, uint8_t*);
 typedef pqx_Status decltype_bilinear(const uint8_t*, const uint8_t*, const uint8_t*, const uint8_t*, const uint8_t*,
                                      const uint8_t*, const uint8_t*, const uint8_t*, uint8_t*, uint8_t*, int);
@@ -43,18 +45,26 @@ int main(int argc, char** argv) {
   if (!replaced) replaced_calls = none;
 
   FIND(pqx_Video_DCT8x8Fwd_12S_16S);
+  FIND(pqx_Video_DCT16x16Fwd_10S_16S);
+  FIND(pqx_Video_ColorRGBA2ABGR_32U);
   FIND(pqx_Video_ColorYCC2RGB420_BL_8U);
   FIND(pqx_Video_ColorYCC2BGRA420_BL_8U);
   FIND(pqx_Video_InterpX_Y_XY_8U);
   enum { len = 5000 };
   static uint8_t y[len], chroma[len], dst[2][4 * len];
-  static int16_t block[64];
+  static int16_t block[256];
+  static uint32_t pixels[6];
   pqx_Video_DCT8x8Fwd_12S_16S(block, block);
+  pqx_Video_DCT16x16Fwd_10S_16S(block, block);
+  pqx_Video_ColorRGBA2ABGR_32U(pixels, 3, pixels, 3, 3, 2);
+  pqx_Video_ColorRGBA2ABGR_32U(pixels, 3, pixels, 3, 2, 2);
   pqx_Video_ColorYCC2RGB420_BL_8U(y, y, chroma, chroma, chroma, chroma, chroma, chroma, dst[0], dst[1], len);
   pqx_Video_ColorYCC2BGRA420_BL_8U(y, y, chroma, chroma, chroma, chroma, chroma, chroma, dst[0], dst[1], len);
   for (int width = 15; width <= 17; ++width) pqx_Video_InterpX_Y_XY_8U(y, 20, width, 4, dst[0], dst[0] + 100, dst[1]);
 
   expect("__pqx_Video_DCT8x8Fwd_16S", replaced);
+  expect("__pqx_Video_DCT16x16Fwd_16S", replaced);
+  expect("__pqx_Vector_SwapByte_32S", 3 * replaced);
   expect("__pqx_Malloc", 2 * replaced);
   expect("__pqx_Free", 2 * replaced);
   expect("__pqx_Video_UpSample420_BL_8U", 4 * replaced);

@@ -1,0 +1,150 @@
+/// Planes to packed pixels and back: samples are moved, never changed.
+#pragma once
+
+#include <type_traits>
+
+#include "color/load_pixels.h"
+#include "color/store_pixels.h"
+#include "common/lanes.h"
+#include "pqx_video.h"
+
+namespace pqx {
+
+/// Pixels of 2, 3 or 4 bytes in runs of sixteen, which fill the registers of n planes.
+template <int n>
+struct ByteChannels {
+  using Sample = uint8_t;
+  static constexpr int run = 16, bytes = n;
+  u8x16 plane[n];
+
+  static ByteChannels load_planes(const uint8_t* const* src, int64_t i) {
+    ByteChannels c;
+    for (int k = 0; k < n; ++k) c.plane[k] = load<u8x16>(src[k] + i);
+    return c;
+  }
+  void store_planes(uint8_t* const* dst, int64_t i) const {
+    for (int k = 0; k < n; ++k) store(dst[k] + i, plane[k]);
+  }
+
+  static ByteChannels load_pixels(const uint8_t* p) {
+    if constexpr (n == 3) {
+      const PixelPairs<3> pairs = load_pixel_pairs<3>(p);
+      const auto channel = [&](int c) { return as<u8x16>(pairs.byte(c) + (pairs.byte(c + 3) << 8)); };
+      return {channel(0), channel(1), channel(2)};
+    } else if constexpr (n == 2) {
+      return split(load<u8x16>(p), load<u8x16>(p + 16));
+    } else {
+      const auto low = ByteChannels<2>::load_pixels(p), high = ByteChannels<2>::load_pixels(p + 32);
+      const auto even = ByteChannels<2>::split(low.plane[0], high.plane[0]);
+      const auto odd = ByteChannels<2>::split(low.plane[1], high.plane[1]);
+      return {even.plane[0], odd.plane[0], even.plane[1], odd.plane[1]};
+    }
+  }
+  void store_pixels(uint8_t* p, bool last_of_row) const {
+    if constexpr (n == 2) {
+      store(p, interleave_low(plane[0], plane[1]));
+      store(p + 16, interleave_high(plane[0], plane[1]));
+    } else if constexpr (n == 3) {
+      pqx::store_pixels<3>(p, quads_of<layout::RGB>(PixelBytes{plane[0], plane[1], plane[2], {}}), last_of_row);
+    } else {
+      pqx::store_pixels<4>(p, quads_of<layout::RGBA>(PixelBytes{plane[0], plane[1], plane[2], plane[3]}),
+                           last_of_row);
+    }
+  }
+
+  /// Even and odd bytes of 32.
+  static ByteChannels<2> split(u8x16 a, u8x16 b) {
+    return {pack(as_signed(even_bytes(a)), as_signed(even_bytes(b))),
+            pack(as_signed(odd_bytes(a)), as_signed(odd_bytes(b)))};
+  }
+};
+
+/// Pixels of 2, 3 or 4 words in runs of eight. Those of three are moved as pairs of three-byte pixels are, and those
+/// of four likewise.
+template <int n>
+struct WordChannels {
+  using Sample = int16_t;
+  static constexpr int run = 8, bytes = 2 * n;
+  u16x8 plane[n];
+
+  static WordChannels load_planes(const int16_t* const* src, int64_t i) {
+    WordChannels c;
+    for (int k = 0; k < n; ++k) c.plane[k] = load<u16x8>(src[k] + i);
+    return c;
+  }
+  void store_planes(int16_t* const* dst, int64_t i) const {
+    for (int k = 0; k < n; ++k) store(dst[k] + i, plane[k]);
+  }
+
+  static WordChannels load_pixels(const uint8_t* p) {
+    WordChannels c;
+    if constexpr (n == 2) {
+      const auto low = load<i32x4>(p), high = load<i32x4>(p + 16);
+      c = {as_unsigned(pack(low << 16 >> 16, high << 16 >> 16)), as_unsigned(pack(low >> 16, high >> 16))};
+    } else {
+      const PixelPairs<n> pixels = load_pixel_pairs<n>(p);
+      for (int k = 0; k < n; ++k) c.plane[k] = pixels.words[k];
+    }
+    return c;
+  }
+  void store_pixels(uint8_t* p, bool last_of_row) const {
+    if constexpr (n == 2) {
+      store(p, interleave_low(plane[0], plane[1]));
+      store(p + 16, interleave_high(plane[0], plane[1]));
+    } else if constexpr (n == 3) {
+      pqx::store_pixels<3>(p, pairs_of_words(plane[0], plane[1], plane[2]), last_of_row);
+    } else {
+      const auto low01 = as<i32x4>(interleave_low(plane[0], plane[1])),
+                 low23 = as<i32x4>(interleave_low(plane[2], plane[3]));
+      const auto high01 = as<i32x4>(interleave_high(plane[0], plane[1])),
+                 high23 = as<i32x4>(interleave_high(plane[2], plane[3]));
+      store(p, interleave_low(low01, low23));
+      store(p + 16, interleave_high(low01, low23));
+      store(p + 32, interleave_low(high01, high23));
+      store(p + 48, interleave_high(high01, high23));
+    }
+  }
+};
+
+template <class T, int n>
+using ChannelsOf = std::conditional_t<sizeof(T) == 1, ByteChannels<n>, WordChannels<n>>;
+
+/// Calls run(i) so that the runs cover a row of n pixels, the last one overlapping the one before.
+template <int pixels>
+void cover_runs(int64_t n, auto run) {
+  for (int64_t i = 0; i < n - pixels; i += pixels) run(i);
+  run(n - pixels);
+}
+
+template <class T, class... Planes>
+pqx_Status merge(int len, T* dst, const Planes*... planes) {
+  constexpr int n = sizeof...(planes);
+  using Run = ChannelsOf<T, n>;
+  const T* const src[n] = {planes...};
+  auto* const pixels = reinterpret_cast<uint8_t*>(dst);
+  if (len >= Run::run) {
+    cover_runs<Run::run>(
+        len, [&](int64_t i) { Run::load_planes(src, i).store_pixels(pixels + i * Run::bytes, i + Run::run == len); });
+  } else {
+    for (int64_t i = 0; i < len; ++i)
+      for (int k = 0; k < n; ++k) store_one(dst + n * i + k, load_one<T>(src[k] + i));
+  }
+  return PQX_OK;
+}
+
+template <class T, class... Planes>
+pqx_Status split(const T* src, int len, Planes*... planes) {
+  constexpr int n = sizeof...(planes);
+  using Run = ChannelsOf<T, n>;
+  T* const dst[n] = {planes...};
+  auto* const pixels = reinterpret_cast<const uint8_t*>(src);
+  if (len >= Run::run) {
+    cover_runs<Run::run>(len, [&](int64_t i) { Run::load_pixels(pixels + i * Run::bytes).store_planes(dst, i); });
+  } else {
+    for (int64_t i = 0; i < len; ++i)
+      for (int k = 0; k < n; ++k) store_one(dst[k] + i, load_one<T>(src + n * i + k));
+  }
+  return PQX_OK;
+}
+
+}  // namespace pqx

@@ -1,0 +1,51 @@
+#include <gtest/gtest.h>
+
+#include "operation.h"
+#include "plain.h"
+
+using test::Argument, test::buffer, test::Ints, test::row_lengths, test::size, test::Span;
+
+namespace {
+
+Argument pixels(int bytes, int len) {
+  return buffer<uint8_t>([=](Ints n) { return int64_t(bytes) * std::max(n[size_t(len)], 0); });
+}
+
+TEST(Reorder, MovesBytesWithinPixels) {
+  const Argument len = size(row_lengths());
+  test::check({
+      OPERATION(ColorABGR2RGB_8U, {pixels(4, 2), pixels(3, 2), len}),
+      OPERATION(ColorARGB2RGB_8U, {pixels(4, 2), pixels(3, 2), len}),
+      OPERATION(ColorRGB2ABGR_8U, {pixels(3, 2), pixels(4, 2), len}),
+      OPERATION(ColorRGB2ARGB_8U, {pixels(3, 2), pixels(4, 2), len}),
+      OPERATION(ColorARGB2ABGR_8U_I, {pixels(4, 1), len}),
+      OPERATION(ColorRGB2BGR_8U_I, {pixels(3, 1), len}),
+  });
+}
+
+// Rows of 32-bit pixels at a distance counted in pixels.
+Argument rows_of_words(int step) {
+  Argument argument = pixels(0, 0);
+  argument.spans = [=](Ints n) {
+    std::vector<Span> spans;
+    for (int64_t y = 0; n[4] > 0 && y < n[5]; ++y) spans.push_back({y * n[size_t(step)] * 4, int64_t(n[4]) * 4});
+    return spans;
+  };
+  return argument;
+}
+
+TEST(Reorder, ReversesTheBytesOfContiguousAndSeparateRows) {
+  const auto step = test::step([](Ints n) { return std::max(n[4], 1); });
+  for (int apart : {0, 1})
+    for (const int columns : {-3, 0, 1, 3, 4, 5, 16, 37}) {
+      Argument source_step = apart ? step : size({columns}), result_step = apart ? step : size({columns});
+      test::check(OPERATION(ColorRGBA2ABGR_32U, {rows_of_words(1), source_step, rows_of_words(3), result_step,
+                                                 size({columns}), size({-2, 0, 1, 2, 5})}));
+    }
+  const test::Overlap in_place = {2, 0, {0}};
+  test::check(OPERATION(ColorRGBA2ABGR_32U,
+                        {rows_of_words(1), size({9}), rows_of_words(3), size({9}), size({7, 9}), size({3})},
+                        {in_place}));
+}
+
+}  // namespace
