@@ -162,7 +162,9 @@ def report(context, lines):
 def chart(lines):
     """Speed-up over plain C of every operation at its own shape: short rows and whole pictures are left out."""
     shown = [l for l in lines if l.ours.counters["charted"]]
-    left, scale_width, row_height, top = 300, 560, 16, 64
+    name_of = lambda l: l.operation if l.shape == "1920x2" else f"{l.operation}, {l.shape}"
+    left = 20 + int(6.3 * max(len(name_of(l)) for l in shown))
+    scale_width, row_height, top = 560, 16, 64
     highest = max(2, math.ceil(max(max(l.over(l.plain), l.target) for l in shown)))
     x = lambda speed_up: left + scale_width * speed_up / highest
     body, y = [], top
@@ -172,30 +174,30 @@ def chart(lines):
         y += row_height + 4
         for l in (l for l in shown if l.family == family):
             speed_up = l.over(l.plain)
-            name = l.operation if l.shape == "1920x2" else f"{l.operation}, {l.shape}"
-            body.append(f'<text x="{left - 6}" y="{y + 11}" text-anchor="end">{escape(name)}</text>')
+            body.append(f'<text x="{left - 6}" y="{y + 11}" text-anchor="end">{escape(name_of(l))}</text>')
             body.append(f'<rect x="{left}" y="{y + 2}" width="{x(speed_up) - left:.1f}" height="{row_height - 5}" class="bar"/>')
             if l.sse2_peer:
-                body.append(f'<circle cx="{x(l.plain.time / l.sse2_peer.time):.1f}" cy="{y + 7.5}" r="3.2" class="peer"/>')
+                body.append(f'<circle cx="{x(l.plain.time / l.sse2_peer.time):.1f}" cy="{y + 7.5}" r="3.2" class="peer{" other" if l.sse2_peer.label else ""}"/>')
             body.append(f'<path d="M{x(l.target):.1f} {y}v{row_height - 1}" class="target"/>')
-            body.append(f'<text x="{x(max(speed_up, 0)) + 6:.1f}" y="{y + 11}" class="value">{speed_up:.1f}</text>')
+            body.append(f'<text x="{left + scale_width + 34}" y="{y + 11}" text-anchor="end">{speed_up:.1f}</text>')
             y += row_height
     grid_step = 1 if highest <= 12 else 2
     grid = [f'<path d="M{x(v):.1f} {top}V{y + 6}" class="{"one" if v == 1 else "grid"}"/>'
             f'<text x="{x(v):.1f}" y="{top - 4}" text-anchor="middle" class="axis">{v}</text>'
             for v in range(0, highest + 1, grid_step)]
-    width, height = left + scale_width + 50, y + 20
+    width, height = left + scale_width + 44, y + 20
     legend = (f'<rect x="{left}" y="30" width="18" height="10" class="bar"/><text x="{left + 24}" y="39">this library</text>'
               f'<path d="M{left + 120} 28v14" class="target"/><text x="{left + 128}" y="39">target</text>'
               f'<circle cx="{left + 192}" cy="35" r="3.2" class="peer"/>'
-              f'<text x="{left + 202}" y="39">fastest other library limited to SSE2</text>')
+              f'<text x="{left + 202}" y="39">fastest other library limited to SSE2 (hollow: its work is not quite the same)</text>')
     return f"""<svg xmlns="http://www.w3.org/2000/svg" viewBox="0 0 {width} {height}" width="{width}" height="{height}">
 <style>
 text {{ font: 11px sans-serif; fill: #222 }}
 .title {{ font-size: 14px; font-weight: bold }} .family {{ font-size: 13px; font-weight: bold }}
-.axis {{ fill: #666 }} .value {{ fill: #444; paint-order: stroke; stroke: #fff; stroke-width: 3px }}
+.axis {{ fill: #666 }}
 .bar {{ fill: #4a86c5 }} .target {{ stroke: #c0392b; stroke-width: 2; fill: none }}
 .peer {{ fill: #f0a030; stroke: #7a4a00; stroke-width: 0.8 }}
+.other {{ fill: #fff }}
 .grid {{ stroke: #ddd; fill: none }} .one {{ stroke: #888; fill: none }}
 </style>
 <rect width="100%" height="100%" fill="#fff"/>
