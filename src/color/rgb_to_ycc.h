@@ -6,6 +6,7 @@
 #include "color/table_rules.h"
 #include "common/lanes.h"
 #include "common/pixel_layout.h"
+#include "common/rows.h"
 #include "pqx_video.h"
 
 namespace pqx {
@@ -182,11 +183,15 @@ template <PixelLayout L>
 [[gnu::flatten]] pqx_Status blocks_to_444(const uint8_t* src, uint8_t* y, uint8_t* cb, uint8_t* cr, int len,
                                           uint8_t* k) {
   const int done = in_blocks<1>(len, [=](int64_t i) {
+    prefetch_ahead(src + i * L.bytes, y + i, cb + i, cr + i);
     const RgbBlock<L> pixels(src + i * L.bytes);
     store(y + i, pixels.y());
     store(cb + i, pixels.cb());
     store(cr + i, pixels.cr());
-    if constexpr (L.inks) store(k + i, pixels.k);
+    if constexpr (L.inks) {
+      prefetch_ahead(k + i);
+      store(k + i, pixels.k);
+    }
   });
   if (done == len) return PQX_OK;
   return single_pixels_to_444<L>(src + int64_t(done) * L.bytes, y + done, cb + done, cr + done, len - done, k + done);
@@ -195,6 +200,7 @@ template <PixelLayout L>
 template <PixelLayout L>
 [[gnu::flatten]] pqx_Status blocks_to_422(const uint8_t* src, uint8_t* y, uint8_t* cb, uint8_t* cr, int len) {
   const int done = in_blocks<4>(len, [=](int64_t i) {
+    prefetch_ahead(src + i * L.bytes, y + i, cb + i / 2, cr + i / 2);
     const RgbBlock<L> pixels(src + i * L.bytes);
     store(y + i, pixels.y());
     store_means(cb + i / 2, cr + i / 2, means(pixels.cb_of_pairs(), 1, odd_rounding_of_pairs, excess.cb),
@@ -208,6 +214,7 @@ template <PixelLayout L>
 [[gnu::flatten]] pqx_Status blocks_to_420(const uint8_t* src0, const uint8_t* src1, uint8_t* y0, uint8_t* y1,
                                           uint8_t* cb, uint8_t* cr, int len) {
   const int done = in_blocks<4>(len, [=](int64_t i) {
+    prefetch_ahead(src0 + i * L.bytes, src1 + i * L.bytes, y0 + i, y1 + i, cb + i / 2, cr + i / 2);
     const RgbBlock<L> upper(src0 + i * L.bytes);
     store(y0 + i, upper.y());
     const u16x8 cb_upper = upper.cb_of_pairs(), cr_upper = upper.cr_of_pairs();
