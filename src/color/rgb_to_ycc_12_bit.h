@@ -1,0 +1,77 @@
+/// Rows of 12-bit RGB to 12-bit YCC, in single precision.
+#pragma once
+
+#include <type_traits>
+
+#include "color/load_pixels.h"
+#include "common/lanes.h"
+#include "pqx_video.h"
+
+namespace pqx {
+
+template <class Float>
+struct YccFloats {
+  Float y, cb, cr;
+};
+
+/// Of one pixel or of four. Every product and sum is rounded, from left to right.
+template <class Float>
+YccFloats<Float> ycc_12_bit(Float r, Float g, Float b) {
+  const auto c = [](float x) {
+    if constexpr (std::is_same_v<Float, float>)
+      return x;
+    else
+      return f32x4{_mm_set1_ps(x)};
+  };
+  return {r * c(0.299f) + g * c(0.587f) + b * c(0.114f), r * c(-0.16874f) - g * c(0.33126f) + b * c(0.5f) + c(2048),
+          r * c(0.5f) - g * c(0.41869f) - b * c(0.08131f) + c(2048)};
+}
+
+/// The low and high four lanes as floats.
+inline f32x4 low_floats(u16x8 a) { return {_mm_cvtepi32_ps(_mm_srai_epi32(interleave_low(a, a).v, 16))}; }
+inline f32x4 high_floats(u16x8 a) { return {_mm_cvtepi32_ps(_mm_srai_epi32(interleave_high(a, a).v, 16))}; }
+
+/// Truncates toward zero and keeps the low 16 bits. Around `center` the values span no more than 16 bits, so that a
+/// saturating pack serves.
+inline i16x8 low_words(f32x4 low, f32x4 high, int center) {
+  const i32x4 a{_mm_cvttps_epi32(low.v)}, b{_mm_cvttps_epi32(high.v)};
+  return pack(a - all_i32(center), b - all_i32(center)) + all_i16(center);
+}
+
+/// Eight pixels of six bytes, which stand in memory as pairs of three-byte pixels do.
+[[gnu::always_inline]] inline void eight_pixels_12_bit(const int16_t* src, int16_t* y, int16_t* cb, int16_t* cr) {
+  const PixelPairs<3> p = load_pixel_pairs<3>(reinterpret_cast<const uint8_t*>(src));
+  const u16x8 r = p.words[0], g = p.words[1], b = p.words[2];
+  const YccFloats<f32x4> low = ycc_12_bit(low_floats(r), low_floats(g), low_floats(b));
+  const YccFloats<f32x4> high = ycc_12_bit(high_floats(r), high_floats(g), high_floats(b));
+  store(y, low_words(low.y, high.y, 0));
+  store(cb, low_words(low.cb, high.cb, 2048));
+  store(cr, low_words(low.cr, high.cr, 2048));
+}
+
+inline void one_pixel_12_bit(const int16_t* src, int16_t* y, int16_t* cb, int16_t* cr) {
+  const YccFloats<float> pixel =
+      ycc_12_bit(float(load_one<int16_t>(src)), float(load_one<int16_t>(src + 1)), float(load_one<int16_t>(src + 2)));
+  store_one(y, int16_t(int(pixel.y)));
+  store_one(cb, int16_t(int(pixel.cb)));
+  store_one(cr, int16_t(int(pixel.cr)));
+}
+
+/// Converts one pixel at least.
+inline pqx_Status rgb_to_ycc444_12_bit(const int16_t* src, int16_t* y, int16_t* cb, int16_t* cr, int len) {
+  if (len < 8) {
+    int i = 0;
+    do one_pixel_12_bit(src + 3 * i, y + i, cb + i, cr + i);
+    while (++i < len);
+  } else {
+    // The last eight may overlap those before them.
+    const int64_t last = len - 8;
+    for (int64_t next = 0; next < len; next += 8) {
+      const int64_t i = next < last ? next : last;
+      eight_pixels_12_bit(src + 3 * i, y + i, cb + i, cr + i);
+    }
+  }
+  return PQX_OK;
+}
+
+}  // namespace pqx
