@@ -140,8 +140,10 @@ struct ChromaLinear {
   }
 
   [[gnu::always_inline]] static EvenOdd terms_of(u8x16 left, u8x16 c, u8x16 right) {
-    // (3 c + left + 1) >> 2 and (3 c + right + 2) >> 2.
-    const u8x16 even = mean_down(c, mean_up(c, left)), odd = mean_up(c, mean_down(c, right));
+    // (3 c + left + 1) >> 2 and (3 c + right + 2) >> 2. A mean that rounds up, of c and a sample less by one, rounds
+    // down; where that sample is 0 already, so is c.
+    const u8x16 even = mean_up(c, u8x16{_mm_subs_epu8(mean_up(c, left).v, all_u8(1).v)});
+    const u8x16 odd = mean_up(c, mean_down(c, right));
     return {chroma_terms<light>(LightCb::low(even), LightCr::high(even)),
             chroma_terms<light>(LightCb::low(odd), LightCr::high(odd))};
   }
