@@ -199,13 +199,11 @@ template <PixelLayout L, class Chromas, class Fourth, class... Rows>
     (store_ends<L.bytes>(row.dst, pixels<L>(load_ends(row.y, n), terms, fourth.ends(n)), n), ...);
     return PQX_OK;
   }
-  // The last sixteen pixels may take in some of those before them once more.
-  for (int64_t i = 0, next; i < n; i = next) {
-    next = i + 32 <= n || i + 16 == n ? i + 16 : n - 16;
-    const auto terms = chroma.sixteen(i);
-    const bool last = next == n;
-    (store_pixels(row.dst + L.bytes * i, pixels<L>(load<u8x16>(row.y + i), terms, fourth.sixteen(i)), last), ...);
-  }
+  by_sixteens(
+      n, [=](int64_t i, bool last) __attribute__((always_inline)) {
+        const auto terms = chroma.sixteen(i);
+        (store_pixels(row.dst + L.bytes * i, pixels<L>(load<u8x16>(row.y + i), terms, fourth.sixteen(i)), last), ...);
+      });
   return PQX_OK;
 }
 
