@@ -35,39 +35,42 @@ PackedYcc packed_ycc(const uint8_t* pixel) {
   return {pqx_t_r2j[pixel[L.r] ^ flip] + pqx_t_g2j[pixel[L.g] ^ flip] + pqx_t_b2j[pixel[L.b] ^ flip]};
 }
 
-/// Every rounded product is one 16-bit high product of the biased sample, but for a constant: the bias supplies the
-/// fraction from which the floor rounds. A factor of 0 stands for the halves, which are shifts.
+/// The rounded products of a channel, without tables: high products of the biased sample, whose bias brings the
+/// fraction from which the floor rounds. What they differ by from the rule is the same for every sample.
 struct Factors {
   int bias, y, cb, cr;
 
+  static constexpr int half = 0;  // in the place of a chroma factor; all other chroma products are subtracted
+
   constexpr rule::Ycc products(int x) const {
-    const auto floor_of = [=, this](int factor) {
-      return factor ? int(uint32_t(x + bias) * uint32_t(factor) >> 16) : -((x + bias) >> 1);
-    };
-    return {floor_of(y), -floor_of(cb), -floor_of(cr)};
+    const int a = x + bias;
+    const auto chroma = [a](int factor) { return factor == half ? a >> 1 : -(a * factor >> 16); };
+    return {a * y >> 16, chroma(cb), chroma(cr)};
   }
-  /// What the products exceed the rule by.
-  constexpr rule::Ycc excess(rule::Ycc rule_of_0) const {
-    const rule::Ycc p = products(0);
-    return {p.y - rule_of_0.y, p.cb - rule_of_0.cb, p.cr - rule_of_0.cr};
+  constexpr rule::Ycc excess(auto rule) const {
+    const rule::Ycc p = products(0), r = rule(0);
+    return {p.y - r.y, p.cb - r.cb, p.cr - r.cr};
   }
   constexpr bool follow(auto rule) const {
-    const rule::Ycc e = excess(rule(0));
+    const rule::Ycc e = excess(rule);
     return rule::agree([=, this](int x) { return products(x).y - e.y; }, [=](int x) { return rule(x).y; }) &&
            rule::agree([=, this](int x) { return products(x).cb - e.cb; }, [=](int x) { return rule(x).cb; }) &&
            rule::agree([=, this](int x) { return products(x).cr - e.cr; }, [=](int x) { return rule(x).cr; });
   }
 };
-inline constexpr Factors red{32768, 19593, 11057, 0}, green{24007, 38468, 21712, 27442}, blue{32768, 7471, 0, 5327};
+inline constexpr Factors red{32768, 19593, 11057, Factors::half};
+inline constexpr Factors green{24007, 38468, 21712, 27442};
+inline constexpr Factors blue{32768, 7471, Factors::half, 5327};
 static_assert(red.follow(rule::ycc_from_red));
 static_assert(green.follow(rule::ycc_from_green));
 static_assert(blue.follow(rule::ycc_from_blue));
 
-constexpr rule::Ycc sum(rule::Ycc a, rule::Ycc b, rule::Ycc c) {
-  return {a.y + b.y + c.y, a.cb + b.cb + c.cb, a.cr + b.cr + c.cr};
-}
-inline constexpr rule::Ycc excess = sum(red.excess(rule::ycc_from_red(0)), green.excess(rule::ycc_from_green(0)),
-                                        blue.excess(rule::ycc_from_blue(0)));
+/// What the sums over the channels exceed the samples by.
+inline constexpr rule::Ycc excess = [] {
+  const rule::Ycc r = red.excess(rule::ycc_from_red), g = green.excess(rule::ycc_from_green),
+                  b = blue.excess(rule::ycc_from_blue);
+  return rule::Ycc{r.y + g.y + b.y, r.cb + g.cb + b.cb, r.cr + g.cr + b.cr};
+}();
 
 /// Eight pixels, as biased words.
 struct BiasedRgb {
