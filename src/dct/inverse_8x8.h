@@ -40,12 +40,6 @@ Lanes operator-(Lanes a, Negated<Lanes> b) {
   return a + b.of;
 }
 
-/// The values with one index of as many rows or columns as there are lanes.
-template <class Lanes>
-struct Eight {
-  Lanes at[8];
-};
-
 template <class Lanes, class Upper>
 [[gnu::always_inline]] inline Eight<Lanes> inverse_pass(const Cosines& k, Lanes X0, Lanes X1, Lanes X2, Lanes X3,
                                                         Upper X4, Upper X5, Upper X6, Upper X7) {
