@@ -197,7 +197,8 @@ template <PixelLayout L>
     }
   });
   if (done == len) return PQX_OK;
-  return single_pixels_to_444<L>(src + int64_t(done) * L.bytes, y + done, cb + done, cr + done, len - done, k + done);
+  if constexpr (L.inks) k += done;
+  return single_pixels_to_444<L>(src + int64_t(done) * L.bytes, y + done, cb + done, cr + done, len - done, k);
 }
 
 template <PixelLayout L>
