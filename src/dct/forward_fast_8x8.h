@@ -76,10 +76,11 @@ struct Rounding {
 
   i32x4 above_band = all_i32(32767);
 
-  // A result below 2^(22 - bits) added to this has the unit as its last place, and its low bits count the units from
-  // the lower end of the band around n + 1/2. The sum is rounded to the unit, so that whatever seems to be outside of
-  // the band is at least half a unit farther out.
-  static constexpr float origin = float(3 << (22 - bits)) + 0.5f + float(band) / (1 << bits);
+  // A result below the limit added to this has the unit as its last place, and its low bits count the units from the
+  // lower end of the band around n + 1/2. The sum is rounded to the unit, so that whatever seems to be outside of the
+  // band is at least half a unit farther out.
+  static constexpr int limit = 1 << (22 - bits);
+  static constexpr float origin = 3 * limit + 0.5f + float(band) / (1 << bits);
 
   [[gnu::always_inline]] i32x4 operator()(f32x4 z) {
     const i32x4 sum = {_mm_castps_si128(_mm_add_ps(z.v, _mm_set1_ps(origin)))};

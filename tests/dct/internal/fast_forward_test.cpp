@@ -98,12 +98,12 @@ void fast(const Grid<Exact>& samples, const Grid<Single>& typed_rows, Grid<Singl
 /// Samples of a kind, and the fast transform of them.
 struct Range {
   int low, high;
-  double safe_distance;
+  double safe_distance, limit;
   Block (*transform)(const int16_t*);
 };
-const Range ranges[] = {{0, 255, RoundPixels::safe_distance,
+const Range ranges[] = {{0, 255, RoundPixels::safe_distance, RoundPixels::limit,
                          [](const int16_t* s) { return forward_fast<RoundPixels>([s] { return load_columns(s); }); }},
-                        {-256, 255, RoundResiduals::safe_distance, [](const int16_t* s) {
+                        {-256, 255, RoundResiduals::safe_distance, RoundResiduals::limit, [](const int16_t* s) {
                            return forward_fast<RoundResiduals>([s] { return load_columns(s); });
                          }}};
 
@@ -182,7 +182,10 @@ double bound(const Range& range) {
   double largest = 0;
   for (size_t u = 0; u < 8; ++u)
     for (size_t v = 0; v < 8; ++v)
-      if (u % 4 || v % 4) largest = std::max(largest, (quickly[u][v].form + exactly[u][v].form * -1).largest());
+      if (u % 4 || v % 4) {
+        largest = std::max(largest, (quickly[u][v].form + exactly[u][v].form * -1).largest());
+        EXPECT_LT(quickly[u][v].form.largest(), range.limit);
+      }
   return largest;
 }
 
