@@ -18,8 +18,10 @@ inline i16x8 row_filtered_x4(const uint8_t* row) {
 template <class PutRow>
 void loop_filter(const uint8_t* src, int64_t step, PutRow put) {
   i16x8 h[8];
+#pragma GCC unroll 8
   for (int r = 0; r < 8; ++r) h[r] = row_filtered_x4(src + r * step);
   put(0, h[0] >> 2);
+#pragma GCC unroll 8
   for (int r = 1; r < 7; ++r) put(r, (h[r - 1] + h[r] + (h[r] + h[r + 1])) >> 4);
   put(7, h[7] >> 2);
 }
