@@ -1,4 +1,4 @@
-/// Operations that take one row of a picture at a time, two, or all of them.
+/// Operations that take one row or two of a picture at a time.
 #pragma once
 
 #include <array>
@@ -7,17 +7,15 @@
 
 namespace bench {
 
-/// How a plane relates to the pixels of its picture: bytes for each, halvings across and down, and enlargement.
+/// How a plane relates to the pixels of its picture: bytes for each, and halvings across and down.
 struct PlaneForm {
   int bytes;
   int across = 0, down = 0;
   bool words = false;
-  int zoom = 1;
 };
-inline constexpr PlaneForm full{1}, halved{1, 1}, quartered{1, 1, 1}, two_bytes{2}, three_bytes{3}, four_bytes{4};
+inline constexpr PlaneForm full{1}, halved{1, 1}, quartered{1, 1, 1}, three_bytes{3}, four_bytes{4};
 inline constexpr PlaneForm full_words{2, 0, 0, true}, halved_words{2, 1, 0, true}, quartered_words{2, 1, 1, true},
-    two_words{4, 0, 0, true}, three_words{6, 0, 0, true}, four_words{8, 0, 0, true};
-constexpr PlaneForm zoomed(int factor) { return {.bytes = 4, .zoom = factor}; }
+    three_words{6, 0, 0, true};
 
 /// A pointer to whatever an operation wants to see there.
 struct At {
@@ -48,10 +46,8 @@ struct Rows {
 struct Band {
   const Rows& rows;
   int y;
-  int width = rows.width, height = rows.height;  // of the picture
+  int width = rows.width;
 
-  int in_step(int plane) const { return rows.in[plane].step; }
-  int out_step(int plane) const { return rows.out[plane].step; }
   At in(int plane, int row = 0) const { return rows.in[plane].row((y >> rows.in[plane].down) + row); }
   At out(int plane, int row = 0) const { return rows.out[plane].row((y >> rows.out[plane].down) + row); }
   /// As in(), but within the picture.
@@ -61,8 +57,6 @@ struct Band {
     return p.row(wanted < 0 ? 0 : wanted < p.height ? wanted : p.height - 1);
   }
 };
-
-constexpr int all_rows = 0;
 
 /// The planes of an operation and how to call it for one band of them.
 template <class Call>
@@ -111,7 +105,7 @@ struct RowBench {
   static std::function<Work(const Rows&)> walk(F* f, const RowForm<Call>& form) {
     return [f, band = form.rows_per_call, call = form.call](const Rows& rows) {
       return repeated([=] {
-        for (int y = 0; y < rows.height; y += band == all_rows ? rows.height : band) call(f, Band{rows, y});
+        for (int y = 0; y < rows.height; y += band) call(f, Band{rows, y});
       });
     };
   }

@@ -46,6 +46,7 @@ template <class PutRow>
 pqx_Status overlapped(const Predictions& from, int64_t ref_step, PutRow put) {
   constexpr const Weights* rows[8] = {&corner_row, &second_row, &inner_row,  &inner_row,
                                       &inner_row,  &inner_row,  &second_row, &corner_row};
+#pragma GCC unroll 8
   for (int r = 0; r < 8; ++r) put(r, from.row(2 * r * ref_step, r < 4 ? from.above : from.below, *rows[r]));
   return PQX_OK;
 }

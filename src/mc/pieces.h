@@ -61,7 +61,7 @@ void store_piece(int16_t* p, u8x16 samples) {
 
 /// Calls piece(n, column) for pieces of n samples that make up a row of a multiple of four.
 template <class Piece>
-void in_pieces(int64_t columns, Piece piece) {
+[[gnu::always_inline]] inline void in_pieces(int64_t columns, Piece piece) {
   int64_t x = 0;
   for (; x + 16 <= columns; x += 16) piece(std::integral_constant<int, 16>(), x);
   if (columns & 8) {
@@ -69,6 +69,18 @@ void in_pieces(int64_t columns, Piece piece) {
     x += 8;
   }
   if (columns & 4) piece(std::integral_constant<int, 4>(), x);
+}
+
+/// Whether a number of rows is a multiple of four and not negative.
+inline bool comes_in_fours(int rows) { return (rows & (INT32_MIN | 3)) == 0; }
+
+/// Such a number of rows: row(k) does the k-th of those ahead, next() moves on by four.
+template <class Row, class Next>
+[[gnu::always_inline]] inline void in_fours(int rows, Row row, Next next) {
+  for (int fours = rows >> 2; fours > 0; --fours, next()) {
+#pragma GCC unroll 4
+    for (int k = 0; k < 4; ++k) row(k);
+  }
 }
 
 inline uint8_t mean_up(uint8_t a, uint8_t b) { return uint8_t((a + b + 1) >> 1); }

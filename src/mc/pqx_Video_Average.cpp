@@ -7,44 +7,59 @@ namespace {
 using pqx::mean_down;
 uint8_t mean_down(uint8_t a, uint8_t b) { return uint8_t((a + b) >> 1); }
 
-struct Blocks {
-  const uint8_t *a, *b;
-  uint8_t* d;
-  int64_t a_step, b_step, d_step;
-
-  void next_row() { a += a_step, b += b_step, d += d_step; }
+struct MeanDown {
+  static auto of(auto a, auto b, auto) { return mean_down(a, b); }
+};
+struct MeanUp {
+  static auto of(auto a, auto b, auto) { return mean_up(a, b); }
+};
+/// The first mean averaged into what stands there, in either form with exact halves upward.
+template <class First>
+struct AveragedIn {
+  static auto of(auto a, auto b, auto d) { return mean_up(First::of(a, b, d), d); }
 };
 
+/// n columns in bands of four rows.
 template <int n, class Rule>
-void average_rows(Blocks at, int height, Rule rule) {
-  for (int64_t row = 0; row < height; row += 4)
-    for (int k = 0; k < 4; ++k, at.next_row())
-      store_piece<n>(at.d, rule(load_piece<n>(at.a), load_piece<n>(at.b), load_piece<n>(at.d)));
-}
-
-template <class Rule>
-pqx_Status average_in_order(Blocks at, int columns, int height, Rule rule) {
-  for (int64_t row = 0; row < height; row += 4)
-    for (int k = 0; k < 4; ++k, at.next_row())
-      for (int x = 0; x < columns; ++x) at.d[x] = rule(at.a[x], at.b[x], at.d[x]);
+[[gnu::always_inline]] inline pqx_Status average_rows(const uint8_t* a, int64_t a_step, const uint8_t* b,
+                                                      int64_t b_step, uint8_t* d, int64_t d_step, int height) {
+  if (height < 1) return PQX_OK;
+  for (int pairs = (((height - 1) >> 2) + 1) * 2; pairs > 0; --pairs) {
+#pragma GCC unroll 2
+    for (int k = 0; k < 2; ++k, a += a_step, b += b_step, d += d_step)
+      store_piece<n>(d, Rule::of(load_piece<n>(a), load_piece<n>(b), load_piece<n>(d)));
+  }
   return PQX_OK;
 }
 
-/// d = rule(a, b, d) for every sample.
 template <class Rule>
-pqx_Status average(Blocks at, int width, int height, Rule rule) {
+[[gnu::noinline]] pqx_Status average_any(const uint8_t* a, int a_step, const uint8_t* b, int b_step, uint8_t* d,
+                                         int d_step, int width, int height) {
   // Rows that drift against those of a source in the same place write samples that are still to be read.
-  if ((at.d == at.a && at.d_step != at.a_step) || (at.d == at.b && at.d_step != at.b_step))
-    return average_in_order(at, width == 2 || width == 4 || width == 8 ? width : 16, height, rule);
-  if (width == 8)
-    average_rows<8>(at, height, rule);
-  else if (width == 4)
-    average_rows<4>(at, height, rule);
-  else if (width == 2)
-    average_rows<2>(at, height, rule);
-  else
-    average_rows<16>(at, height, rule);
-  return PQX_OK;
+  if ((d == a && d_step != a_step) || (d == b && d_step != b_step)) {
+    const int columns = width == 2 || width == 4 || width == 8 ? width : 16;
+    for (int64_t y = 0; y < height || y % 4; ++y)
+      for (int x = 0; x < columns; ++x) {
+        uint8_t& out = d[y * d_step + x];
+        out = Rule::of(a[y * a_step + x], b[y * b_step + x], out);
+      }
+    return PQX_OK;
+  }
+  if (width == 2) return average_rows<2, Rule>(a, a_step, b, b_step, d, d_step, height);
+  if (width == 4) return average_rows<4, Rule>(a, a_step, b, b_step, d, d_step, height);
+  if (width == 8) return average_rows<8, Rule>(a, a_step, b, b_step, d, d_step, height);
+  return average_rows<16, Rule>(a, a_step, b, b_step, d, d_step, height);
+}
+
+/// d = Rule::of(a, b, d) for every sample.
+template <class Rule>
+[[gnu::always_inline]] inline pqx_Status average(const uint8_t* a, int a_step, const uint8_t* b, int b_step,
+                                                 uint8_t* d, int d_step, int width, int height) {
+  if (d != a && d != b) {
+    if (width == 8) return average_rows<8, Rule>(a, a_step, b, b_step, d, d_step, height);
+    if (width == 16) return average_rows<16, Rule>(a, a_step, b, b_step, d, d_step, height);
+  }
+  return average_any<Rule>(a, a_step, b, b_step, d, d_step, width, height);
 }
 
 }  // namespace
@@ -52,28 +67,28 @@ pqx_Status average(Blocks at, int width, int height, Rule rule) {
 
 pqx_Status pqx_Video_Average2NoRnd_8U(const uint8_t* pSrc1, int src1Step, const uint8_t* pSrc2, int src2Step,
                                       uint8_t* pDst, int dstStep, int width, int height) {
-  return pqx::mc::average({pSrc1, pSrc2, pDst, src1Step, src2Step, dstStep}, width, height,
-                          [](auto a, auto b, auto) { return pqx::mc::mean_down(a, b); });
+  using namespace pqx::mc;
+  return average<MeanDown>(pSrc1, src1Step, pSrc2, src2Step, pDst, dstStep, width, height);
 }
 PQX_SECOND_NAME(pqx_Video_Average2NoRnd_8U);
 
 pqx_Status pqx_Video_Average2Rnd_8U(const uint8_t* pSrc1, int src1Step, const uint8_t* pSrc2, int src2Step,
                                     uint8_t* pDst, int dstStep, int width, int height) {
-  return pqx::mc::average({pSrc1, pSrc2, pDst, src1Step, src2Step, dstStep}, width, height,
-                          [](auto a, auto b, auto) { return pqx::mc::mean_up(a, b); });
+  using namespace pqx::mc;
+  return average<MeanUp>(pSrc1, src1Step, pSrc2, src2Step, pDst, dstStep, width, height);
 }
 PQX_SECOND_NAME(pqx_Video_Average2Rnd_8U);
 
 pqx_Status pqx_Video_Average3NoRnd_8U(const uint8_t* pSrc1, int src1Step, const uint8_t* pSrc2, int src2Step,
                                       uint8_t* pSrcDst, int dstStep, int width, int height) {
-  return pqx::mc::average({pSrc1, pSrc2, pSrcDst, src1Step, src2Step, dstStep}, width, height,
-                          [](auto a, auto b, auto d) { return pqx::mc::mean_up(pqx::mc::mean_down(a, b), d); });
+  using namespace pqx::mc;
+  return average<AveragedIn<MeanDown>>(pSrc1, src1Step, pSrc2, src2Step, pSrcDst, dstStep, width, height);
 }
 PQX_SECOND_NAME(pqx_Video_Average3NoRnd_8U);
 
 pqx_Status pqx_Video_Average3Rnd_8U(const uint8_t* pSrc1, int src1Step, const uint8_t* pSrc2, int src2Step,
                                     uint8_t* pSrcDst, int dstStep, int width, int height) {
-  return pqx::mc::average({pSrc1, pSrc2, pSrcDst, src1Step, src2Step, dstStep}, width, height,
-                          [](auto a, auto b, auto d) { return pqx::mc::mean_up(pqx::mc::mean_up(a, b), d); });
+  using namespace pqx::mc;
+  return average<AveragedIn<MeanUp>>(pSrc1, src1Step, pSrc2, src2Step, pSrcDst, dstStep, width, height);
 }
 PQX_SECOND_NAME(pqx_Video_Average3Rnd_8U);

@@ -1,25 +1,39 @@
 #include "common/export.h"
-#include "mc/overlap.h"
-#include "mc/pieces.h"
+#include "mc/prediction.h"
 
-pqx_Status pqx_Video_CopyRef_8U_16S(const uint8_t* pSrc, int srcStep, int16_t* pDst, int width, int height) {
-  using namespace pqx::mc;
+namespace pqx::mc {
+namespace {
+
+[[gnu::noinline]] pqx_Status copy_pairs(const uint8_t* src, int step, int16_t* dst, int width, int height,
+                                        bool apart) {
   const int64_t pairs = width >> 1;
-  if (pairs < 1 || height < 1) return PQX_OK;
-  const bool apart =
-      disjoint(extent(pSrc, srcStep, 2 * pairs, height), extent(pDst, 2 * int64_t(width), 4 * pairs, height));
-  for (; height > 0; --height, pSrc += srcStep, pDst += width) {
+  for (; height > 0; --height, src += step, dst += width) {
     int64_t x = 0;
-    if (apart) {
-      in_pieces(2 * pairs, [=](auto n, int64_t first) { store_piece<n>(pDst + first, load_piece<n>(pSrc + first)); });
+    if (apart && pairs > 1) {
+      in_pieces(2 * pairs, [=](auto n, int64_t first) { store_piece<n>(dst + first, load_piece<n>(src + first)); });
       x = pairs / 2 * 4;
     }
     for (; x < 2 * pairs; x += 2) {
-      const int16_t first = pSrc[x], second = pSrc[x + 1];
-      pqx::store_one(pDst + x, first);
-      pqx::store_one(pDst + x + 1, second);
+      const int16_t first = src[x], second = src[x + 1];
+      store_one(dst + x, first);
+      store_one(dst + x + 1, second);
     }
   }
   return PQX_OK;
+}
+
+}  // namespace
+}  // namespace pqx::mc
+
+pqx_Status pqx_Video_CopyRef_8U_16S(const uint8_t* pSrc, int srcStep, int16_t* pDst, int width, int height) {
+  using namespace pqx::mc;
+  if (width < 2 || height < 1) return PQX_OK;
+  const bool apart =
+      disjoint(extent(pSrc, srcStep, width, height), extent(pDst, 2 * int64_t(width), 2 * int64_t(width), height));
+  if (apart && comes_in_fours(height)) {
+    if (width == 16) return predict<16, Whole, Put>(pSrc, 0, srcStep, pDst, 16, height);
+    if (width == 8) return predict<8, Whole, Put>(pSrc, 0, srcStep, pDst, 8, height);
+  }
+  return copy_pairs(pSrc, srcStep, pDst, width, height, apart);
 }
 PQX_SECOND_NAME(pqx_Video_CopyRef_8U_16S);

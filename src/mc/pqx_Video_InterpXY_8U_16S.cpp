@@ -3,6 +3,6 @@
 
 pqx_Status pqx_Video_InterpXY_8U_16S(const uint8_t* pSrc, int srcStep, int step, int16_t* pDst, int width,
                                      int height) {
-  return pqx::mc::interpolate<pqx::mc::Square>(pSrc, srcStep, step, pDst, width, height);
+  return pqx::mc::interpolate_down<pqx::mc::Square>(pSrc, srcStep, step, pDst, width, height);
 }
 PQX_SECOND_NAME(pqx_Video_InterpXY_8U_16S);

@@ -9,16 +9,40 @@ i32x4 difference(const uint8_t* a, const uint8_t* b) {
   return {_mm_sad_epu8(load_piece<n>(a).v, load_piece<n>(b).v)};
 }
 
+uint32_t total(i32x4 sum) { return uint32_t(_mm_cvtsi128_si32((sum + i32x4{_mm_unpackhi_epi64(sum.v, sum.v)}).v)); }
+
+template <int n>
+[[gnu::always_inline]] inline uint32_t block_difference(const uint8_t* a, const uint8_t* b, int64_t step, int rows) {
+  i32x4 sum = {_mm_setzero_si128()};
+  in_fours(
+      rows, [&](int k) { sum = sum + difference<n>(a + k * step, b + k * step); },
+      [&] { a += 4 * step, b += 4 * step; });
+  return total(sum);
+}
+
+/// Any number of rows, and of columns in whole eights.
+[[gnu::noinline]] uint32_t any_difference(const uint8_t* a, const uint8_t* b, int step, int width, int rows) {
+  const int64_t columns = (int64_t(width) + 7) & ~7;
+  i32x4 sum = {_mm_setzero_si128()};
+  if (columns == 16)
+    for (; rows > 0; --rows, a += step, b += step) sum = sum + difference<16>(a, b);
+  else if (columns == 8)
+    for (; rows > 0; --rows, a += step, b += step) sum = sum + difference<8>(a, b);
+  else if (columns > 0)
+    for (; rows > 0; --rows, a += step, b += step)
+      in_pieces(columns, [&](auto n, int64_t x) { sum = sum + difference<n>(a + x, b + x); });
+  return total(sum);
+}
+
 }  // namespace
 }  // namespace pqx::mc
 
 uint32_t pqx_Video_SumAbsDiff_8U(const uint8_t* pSrc1, const uint8_t* pSrc2, int step, int width, int height) {
   using namespace pqx::mc;
-  if (width < 1 || height < 1) return 0;
-  const int64_t columns = (int64_t(width) + 7) & ~7;
-  pqx::i32x4 sum = {_mm_setzero_si128()};
-  for (; height > 0; --height, pSrc1 += step, pSrc2 += step)
-    in_pieces(columns, [&](auto n, int64_t x) { sum = sum + difference<n>(pSrc1 + x, pSrc2 + x); });
-  return uint32_t(_mm_cvtsi128_si32((sum + pqx::i32x4{_mm_unpackhi_epi64(sum.v, sum.v)}).v));
+  if (comes_in_fours(height)) {
+    if (width == 16) return block_difference<16>(pSrc1, pSrc2, step, height);
+    if (width == 8) return block_difference<8>(pSrc1, pSrc2, step, height);
+  }
+  return any_difference(pSrc1, pSrc2, step, width, height);
 }
 PQX_SECOND_NAME(pqx_Video_SumAbsDiff_8U);

@@ -27,20 +27,22 @@ struct Pair {
   static uint8_t sample(const uint8_t* p, int64_t other) { return mean_up(p[0], p[other]); }
 };
 
-/// Means of 2x2 squares, exact halves upward.
+/// Means of 2x2 squares, exact halves upward: the mean of the upper pair's mean rounded down and the lower pair's
+/// rounded up, or down where the upper one was exact, so that one of them alone is rounded at most.
 struct Square {
   struct Row {
-    u8x16 mean, difference;  // the lowest bit of the difference tells that the mean was rounded
+    u8x16 up, down, rounded;  // means of pairs, and 1 where they differ
   };
+  static Row row(u8x16 a, u8x16 b) {
+    const u8x16 up = mean_up(a, b), rounded = (a ^ b) & all_u8(1);
+    return {up, up - rounded, rounded};
+  }
   template <int n>
   static Row row(const uint8_t* p) {
-    const u8x16 a = load_piece<n>(p), b = load_piece<n>(p + 1);
-    return {mean_up(a, b), a ^ b};
+    return row(load_piece<n>(p), load_piece<n>(p + 1));
   }
-  // The mean of two rounded means is one too large where it was rounded itself after one of them was.
   static u8x16 between(Row upper, Row lower) {
-    const u8x16 rounded = (upper.difference | lower.difference) & (upper.mean ^ lower.mean) & all_u8(1);
-    return mean_up(upper.mean, lower.mean) - rounded;
+    return mean_up(upper.down, lower.up - u8x16{_mm_andnot_si128(upper.rounded.v, lower.rounded.v)});
   }
   static uint8_t sample(const uint8_t* p, int64_t below) {
     return uint8_t((p[0] + p[1] + p[below] + p[below + 1] + 2) >> 2);
@@ -68,39 +70,53 @@ struct Average {
 };
 
 template <int n, class From, class To, class T>
-void predict_piece(const uint8_t* src, int64_t below, T* dst) {
+[[gnu::always_inline]] inline void predict_piece(const uint8_t* src, int64_t below, T* dst) {
   To::template piece<n>(dst, From::between(From::template row<n>(src), From::template row<n>(src + below)));
 }
 
-/// A block of one piece in width. Where the row below is the next row, it is loaded once for both.
+/// n columns of rows that come in fours; `below` is the distance from a sample to the one below it.
 template <int n, class From, class To, class T>
-void predict_rows(const uint8_t* src, int64_t below, int64_t step, T* dst, int64_t dst_step, int rows) {
-  if (below != step) {
-    for (; rows > 0; --rows, src += step, dst += dst_step) predict_piece<n, From, To>(src, below, dst);
-    return;
-  }
-  auto upper = From::template row<n>(src);
-  for (; rows > 0; --rows, dst += dst_step) {
-    src += step;
-    const auto lower = From::template row<n>(src);
-    To::template piece<n>(dst, From::between(upper, lower));
-    upper = lower;
-  }
+[[gnu::always_inline]] inline pqx_Status predict(const uint8_t* src, int64_t below, int64_t step, T* dst,
+                                                 int64_t dst_step, int rows) {
+  in_fours(
+      rows, [&](int k) { predict_piece<n, From, To>(src + k * step, below, dst + k * dst_step); },
+      [&] { src += 4 * step, dst += 4 * dst_step; });
+  return PQX_OK;
 }
 
-/// A block of a multiple of four columns, without regard to overlap: `below` is the distance from a sample to the
-/// one below it, `step` that from row to row.
+/// The same where the row below is the next row: each is loaded once for both of its uses. There are at least four.
+template <int n, class From, class To, class T>
+[[gnu::always_inline]] inline pqx_Status predict_in_turn(const uint8_t* src, int64_t step, T* dst, int64_t dst_step,
+                                                         int rows) {
+  auto upper = From::template row<n>(src);
+  src += step;
+  in_fours(
+      rows,
+      [&](int k) {
+        const auto lower = From::template row<n>(src + k * step);
+        To::template piece<n>(dst + k * dst_step, From::between(upper, lower));
+        upper = lower;
+      },
+      [&] { src += 4 * step, dst += 4 * dst_step; });
+  return PQX_OK;
+}
+
+/// A block of any number of rows and of a multiple of four columns.
 template <class From, class To, class T>
-pqx_Status predict(const uint8_t* src, int64_t below, int64_t step, T* dst, int64_t dst_step, int columns, int rows) {
-  if (columns < 1 || rows < 1) return PQX_OK;
-  if (columns == 16) {
-    predict_rows<16, From, To>(src, below, step, dst, dst_step, rows);
-  } else if (columns == 8) {
-    predict_rows<8, From, To>(src, below, step, dst, dst_step, rows);
-  } else {
-    for (; rows > 0; --rows, src += step, dst += dst_step)
-      in_pieces(columns, [=](auto n, int64_t x) { predict_piece<n, From, To>(src + x, below, dst + x); });
+[[gnu::always_inline]] inline pqx_Status predict_any(const uint8_t* src, int64_t below, int64_t step, T* dst,
+                                                     int64_t dst_step, int columns, int rows) {
+  if (columns == 16 || columns == 8) {
+    const auto pieces = [&](auto n) __attribute__((always_inline)) {
+      for (; rows % 4 > 0; --rows, src += step, dst += dst_step) predict_piece<n, From, To>(src, below, dst);
+      return predict<n, From, To>(src, below, step, dst, dst_step, rows);
+    };
+    return columns == 16 ? pieces(std::integral_constant<int, 16>()) : pieces(std::integral_constant<int, 8>());
   }
+  if (columns > 0)
+    for (; rows > 0; --rows, src += step, dst += dst_step)
+      in_pieces(
+          columns, [=](auto n, int64_t x)
+                       __attribute__((always_inline)) { predict_piece<n, From, To>(src + x, below, dst + x); });
   return PQX_OK;
 }
 
@@ -113,27 +129,80 @@ pqx_Status predict_in_order(const uint8_t* src, int64_t below, int64_t step, T* 
   return PQX_OK;
 }
 
-/// Interpolates into a picture of the same row pitch.
-template <class From, class To>
-pqx_Status interpolate(const uint8_t* src, int64_t below, int64_t step, uint8_t* dst, int columns, int rows) {
-  // A vector of a row and, of a block of up to 16 columns, the row below are read before a row is written: nothing
-  // of them may lie in that row.
-  const auto ahead = intptr_t(dst) - intptr_t(src);
-  const auto near = [](int64_t distance) { return uint64_t(distance + 16) <= 32; };
-  if (near(ahead) || near(ahead - below))
-    return predict_in_order<From, To>(src, below, step, dst, step, columns, rows);
-  return predict<From, To>(src, below, step, dst, step, columns, rows);
+/// Copies, without regard to overlap.
+template <class To>
+[[gnu::noinline]] pqx_Status copy_any(const uint8_t* src, int64_t step, uint8_t* dst, int columns, int rows) {
+  return predict_any<Whole, To>(src, 0, step, dst, step, columns, rows);
 }
 
-/// Interpolates into a packed block.
+/// Interpolates a block of any multiple of four columns into a picture of the same row pitch.
+template <class From, class To>
+[[gnu::noinline]] pqx_Status interpolate_any(const uint8_t* src, int64_t below, int64_t step, uint8_t* dst,
+                                             int columns, int rows) {
+  // A row is read by registers, which must not reach samples that those before them in the row are to change.
+  const auto behind_by_a_register = [](int64_t distance) { return uint64_t(distance - 1) < 16; };
+  const auto ahead = intptr_t(dst) - intptr_t(src);
+  if (behind_by_a_register(ahead) || behind_by_a_register(ahead - below))
+    return predict_in_order<From, To>(src, below, step, dst, step, columns, rows);
+  return predict_any<From, To>(src, below, step, dst, step, columns, rows);
+}
+
+/// Whether one row of at most 16 columns touches another at that distance, with their right neighbours.
+inline bool touches(int64_t distance) { return uint64_t(distance + 16) <= 32; }
+
+/// Interpolates between samples side by side.
+template <class To>
+[[gnu::always_inline]] inline pqx_Status interpolate_across(const uint8_t* src, int64_t step, uint8_t* dst,
+                                                            int columns, int rows) {
+  if (comes_in_fours(rows) && !touches(intptr_t(dst) - intptr_t(src))) {
+    if (columns == 16) return predict<16, Pair, To>(src, 1, step, dst, step, rows);
+    if (columns == 8) return predict<8, Pair, To>(src, 1, step, dst, step, rows);
+  }
+  return interpolate_any<Pair, To>(src, 1, step, dst, columns, rows);
+}
+
+/// Interpolates between a row and the one below.
+template <class From, class To>
+[[gnu::always_inline]] inline pqx_Status interpolate_down(const uint8_t* src, int64_t below, int64_t step,
+                                                          uint8_t* dst, int columns, int rows) {
+  const auto ahead = intptr_t(dst) - intptr_t(src);
+  if (below == step && comes_in_fours(rows) && rows > 0 && !touches(ahead) && !touches(ahead - below)) {
+    if (columns == 16) return predict_in_turn<16, From, To>(src, step, dst, step, rows);
+    if (columns == 8) return predict_in_turn<8, From, To>(src, step, dst, step, rows);
+  }
+  return interpolate_any<From, To>(src, below, step, dst, columns, rows);
+}
+
+/// The same into packed blocks.
 template <class From>
-pqx_Status interpolate(const uint8_t* src, int64_t below, int64_t step, int16_t* dst, int width, int rows) {
-  const int columns = width == 8 ? 8 : 16;
+[[gnu::noinline]] pqx_Status interpolate_any(const uint8_t* src, int64_t below, int64_t step, int16_t* dst,
+                                             int columns, int rows) {
   const Extent here = extent(src, step, columns + 1, rows), there = extent(src + below, step, columns + 1, rows);
   const Extent packed = extent(dst, 2 * columns, 2 * columns, rows);
   if (!disjoint(here, packed) || !disjoint(there, packed))
     return predict_in_order<From, Put>(src, below, step, dst, columns, columns, rows);
-  return predict<From, Put>(src, below, step, dst, columns, columns, rows);
+  return predict_any<From, Put>(src, below, step, dst, columns, columns, rows);
+}
+[[gnu::always_inline]] inline pqx_Status interpolate_across(const uint8_t* src, int64_t step, int16_t* dst, int width,
+                                                            int rows) {
+  const int columns = width == 8 ? 8 : 16;
+  if (comes_in_fours(rows) &&
+      disjoint(extent(src, step, columns + 1, rows), extent(dst, 2 * columns, 2 * columns, rows))) {
+    if (columns == 16) return predict<16, Pair, Put>(src, 1, step, dst, 16, rows);
+    return predict<8, Pair, Put>(src, 1, step, dst, 8, rows);
+  }
+  return interpolate_any<Pair>(src, 1, step, dst, columns, rows);
+}
+template <class From>
+[[gnu::always_inline]] inline pqx_Status interpolate_down(const uint8_t* src, int64_t below, int64_t step,
+                                                          int16_t* dst, int width, int rows) {
+  const int columns = width == 8 ? 8 : 16;
+  if (below == step && comes_in_fours(rows) && rows > 0 &&
+      disjoint(extent(src, step, columns + 1, int64_t(rows) + 1), extent(dst, 2 * columns, 2 * columns, rows))) {
+    if (columns == 16) return predict_in_turn<16, From, Put>(src, step, dst, 16, rows);
+    return predict_in_turn<8, From, Put>(src, step, dst, 8, rows);
+  }
+  return interpolate_any<From>(src, below, step, dst, columns, rows);
 }
 
 }  // namespace pqx::mc

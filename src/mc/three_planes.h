@@ -34,27 +34,31 @@ struct AtTheEnd {
 
 /// A strip of n columns.
 template <int n, class Neighbours>
-void interpolate_strip(const uint8_t* src, Planes dst, int64_t step, int rows) {
+[[gnu::always_inline]] inline void interpolate_strip(const uint8_t* src, Planes dst, int64_t step, int rows) {
   struct Row {
     u8x16 samples;
     Square::Row pairs;
   };
-  const auto load_row = [](const uint8_t* p) -> Row {
-    const u8x16 a = load_piece<n>(p), b = Neighbours::template right<n>(p, a);
-    return {a, {mean_up(a, b), a ^ b}};
-  };
-  Row upper = load_row(src);
-  for (; rows > 1; --rows, dst = dst + step) {
+  const auto next_row = [&]() __attribute__((always_inline)) {
+    const u8x16 a = load_piece<n>(src), b = Neighbours::template right<n>(src, a);
+    const Square::Row pairs = Square::row(a, b);
+    store_piece<n>(dst.x, pairs.up);
     src += step;
-    const Row lower = load_row(src);
-    store_piece<n>(dst.x, upper.pairs.mean);
+    return Row{a, pairs};
+  };
+  Row upper = next_row();
+#pragma GCC unroll 4
+  for (; rows > 1; --rows) {
+    dst.x += step;
+    const Row lower = next_row();
     store_piece<n>(dst.y, mean_up(upper.samples, lower.samples));
     store_piece<n>(dst.xy, Square::between(upper.pairs, lower.pairs));
+    dst.y += step;
+    dst.xy += step;
     upper = lower;
   }
-  store_piece<n>(dst.x, upper.pairs.mean);
   store_piece<n>(dst.y, upper.samples);
-  store_piece<n>(dst.xy, upper.pairs.mean);
+  store_piece<n>(dst.xy, upper.pairs.up);
 }
 
 /// Strips of n columns, of which the last may cover columns of the one before again; n <= columns.
@@ -66,28 +70,16 @@ void interpolate_strips(const uint8_t* src, Planes dst, int64_t step, int column
   interpolate_strip<n, AtTheEnd>(src + x, dst + x, step, rows);
 }
 
-inline void interpolate_samples(const uint8_t* src, Planes dst, int64_t step, int columns, int rows) {
-  for (; rows > 0; --rows, src += step, dst = dst + step)
-    for (int x = 0; x < columns; ++x) {
-      const int64_t right = x + 1 < columns, below = rows > 1 ? step : 0;
-      const uint8_t *p = src + x, *q = p + below;
-      dst.x[x] = mean_up(p[0], p[right]);
-      dst.y[x] = mean_up(p[0], q[0]);
-      dst.xy[x] = uint8_t((p[0] + p[right] + q[0] + q[right] + 2) >> 2);
-    }
-}
-
-inline pqx_Status interpolate_planes(const uint8_t* src, Planes dst, int64_t step, int columns, int height) {
-  const int rows = height < 1 ? 1 : height;
-  if (columns >= 16)
-    interpolate_strips<16>(src, dst, step, columns, rows);
-  else if (columns >= 8)
-    interpolate_strips<8>(src, dst, step, columns, rows);
-  else if (columns >= 4)
-    interpolate_strips<4>(src, dst, step, columns, rows);
-  else
-    interpolate_samples(src, dst, step, columns, rows);
-  return PQX_OK;
+/// A row too short for a piece, one sample after the other.
+inline void interpolate_samples(const uint8_t* a, const uint8_t* c, uint8_t* __restrict x, uint8_t* __restrict y,
+                                uint8_t* __restrict xy, int last) {
+  for (int i = 0; i < last; ++i) {
+    x[i] = mean_up(a[i], a[i + 1]);
+    y[i] = mean_up(a[i], c[i]);
+    xy[i] = uint8_t((a[i] + a[i + 1] + c[i] + c[i + 1] + 2) >> 2);
+  }
+  x[last] = a[last];
+  y[last] = xy[last] = mean_up(a[last], c[last]);
 }
 
 }  // namespace pqx::mc
