@@ -1,65 +1,203 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <climits>
+#include <numeric>
 
 #include "operation.h"
 #include "plain.h"
 
-using test::buffer, test::Ints, test::row_lengths, test::size;
+using test::buffer, test::Ints, test::range, test::row_lengths, test::size;
+
+namespace {
+
+// What the operations are given instead of scratch memory, when they ask for it by its second name.
+struct {
+  bool exhausted = false;
+  std::vector<int32_t> requests = {};
+  int blocks = 0;
+} scratch;
+
+}  // namespace
+
+extern "C" void* __pqx_Malloc(int32_t size) {
+  scratch.requests.push_back(size);
+  if (scratch.exhausted) return nullptr;
+  ++scratch.blocks;
+  return pqx_Malloc(size);
+}
+extern "C" void __pqx_Free(void* block) {
+  --scratch.blocks;
+  pqx_Free(block);
+}
 
 namespace {
 
 using Length = int64_t (*)(int len);
 int64_t whole(int len) { return std::max(len, 0); }
 int64_t pairs(int len) { return std::max(len, 0) / 2; }
-int64_t pairs_written(int len) { return 2 * pairs(len); }
-int64_t pairs_at_least_one(int len) { return std::max(len / 2, 1); }
-int64_t filtered_pairs_written(int len) { return 2 * pairs_at_least_one(len); }
+int64_t pixels_of_pairs(int len) { return 2 * pairs(len); }
+int64_t one_pair_or_more(int len) { return std::max(len / 2, 1); }
+int64_t pixels_of_one_pair_or_more(int len) { return 2 * one_pair_or_more(len); }
 int64_t interpolated(int len) { return len < 1 ? 0 : std::max(len / 2, 2); }
 
-/// Samples or pixels of T, as many as the last argument, a length, asks for.
-template <class T>
-test::Argument row(Length length, int per_pixel = 1) {
-  return buffer<T>([=](Ints n) { return per_pixel * length(n.back()); });
+/// Samples or pixels, as many as the last argument, a length, asks for.
+test::Argument bytes(Length length, int per_pixel = 1) {
+  return buffer<uint8_t>([=](Ints n) { return per_pixel * length(n.back()); });
 }
-test::Argument bytes(Length length, int per_pixel = 1) { return row<uint8_t>(length, per_pixel); }
 
 TEST(YccToRgb, MatchesTheFormulaOnEveryRow) {
   const auto len = size(row_lengths());
   const auto y = bytes(whole);
-  const std::vector<test::Argument> rgb444 = {y, y, y, bytes(whole, 3), len},
-                                    bgra444 = {y, y, y, bytes(whole, 4), len};
-  auto nearest422 = [&](int pixel) {
-    return std::vector{bytes(pairs_written), bytes(pairs), bytes(pairs), bytes(pairs_written, pixel), len};
+  auto full = [&](int pixel) { return std::vector{y, y, y, bytes(whole, pixel), len}; };
+  auto nearest_422 = [&](int pixel) {
+    return std::vector{bytes(pixels_of_pairs), bytes(pairs), bytes(pairs), bytes(pixels_of_pairs, pixel), len};
   };
-  auto filtered422 = [&](int pixel) {
-    return std::vector{bytes(filtered_pairs_written), bytes(pairs_at_least_one), bytes(pairs_at_least_one),
-                       bytes(filtered_pairs_written, pixel), len};
+  auto linear_422 = [&](int pixel) {
+    const auto chroma = bytes(one_pair_or_more), dst = bytes(pixels_of_one_pair_or_more, pixel);
+    return std::vector{bytes(pixels_of_one_pair_or_more), chroma, chroma, dst, len};
   };
-  auto nearest420 = [&](int pixel) {
-    const auto luma = bytes(pairs_written), chroma = bytes(pairs), dst = bytes(pairs_written, pixel);
+  auto nearest_420 = [&](int pixel) {
+    const auto luma = bytes(pixels_of_pairs), chroma = bytes(pairs), dst = bytes(pixels_of_pairs, pixel);
     return std::vector{luma, luma, chroma, chroma, dst, dst, len};
   };
-  auto filtered420 = [&](int pixel) {
+  auto linear_420 = [&](int pixel) {
+    // Up to 4096 pixels need no scratch memory.
+    std::vector<int> lengths = row_lengths();
+    lengths.insert(lengths.end(), {4095, 4096, 4097, 5003});
     const auto c = bytes(interpolated), dst = bytes(whole, pixel);
-    return std::vector{y, y, c, c, c, c, c, c, dst, dst, len};
+    return std::vector{y, y, c, c, c, c, c, c, dst, dst, size(lengths)};
   };
-  const auto y16 = row<int16_t>(whole);
   test::check({
-      OPERATION(ColorYCC2RGB444_8U, rgb444),
-      OPERATION(ColorYCC2BGRA444_8U, bgra444),
-      OPERATION(ColorYCC2ARGB444_8U, bgra444),
-      OPERATION(ColorYCC2RGB422_NN_8U, nearest422(3)),
-      OPERATION(ColorYCC2BGRA422_NN_8U, nearest422(4)),
-      OPERATION(ColorYCC2RGB422_BL_8U, filtered422(3)),
-      OPERATION(ColorYCC2BGRA422_BL_8U, filtered422(4)),
-      OPERATION(ColorYCC2RGB420_NN_8U, nearest420(3)),
-      OPERATION(ColorYCC2BGRA420_NN_8U, nearest420(4)),
-      OPERATION(ColorYCC2RGB420_BL_8U, filtered420(3)),
-      OPERATION(ColorYCC2BGRA420_BL_8U, filtered420(4)),
+      OPERATION(ColorYCC2RGB444_8U, full(3)),
+      OPERATION(ColorYCC2BGRA444_8U, full(4)),
+      OPERATION(ColorYCC2ARGB444_8U, full(4)),
+      OPERATION(ColorYCC2RGB422_NN_8U, nearest_422(3)),
+      OPERATION(ColorYCC2BGRA422_NN_8U, nearest_422(4)),
+      OPERATION(ColorYCC2RGB422_BL_8U, linear_422(3)),
+      OPERATION(ColorYCC2BGRA422_BL_8U, linear_422(4)),
+      OPERATION(ColorYCC2RGB420_NN_8U, nearest_420(3)),
+      OPERATION(ColorYCC2BGRA420_NN_8U, nearest_420(4)),
+      OPERATION(ColorYCC2RGB420_BL_8U, linear_420(3)),
+      OPERATION(ColorYCC2BGRA420_BL_8U, linear_420(4)),
       OPERATION(ColorYCCK2CMYK444_8U, {y, y, y, y, bytes(whole, 4), len}),
-      OPERATION(ColorYCC2RGB444_16S, {y16, y16, y16, row<int16_t>(whole, 3), len}),
   });
+  EXPECT_EQ(scratch.blocks, 0);
+}
+
+// Beyond twelve bits luma saturates and chroma wraps.
+TEST(YccToRgb, SixteenBitRowsMatchTheFormula) {
+  for (const auto& fill : {range<int16_t>(0, 4095), range<int16_t>(-32768, 32767)}) {
+    const auto plane = buffer<int16_t>([](Ints n) { return whole(n.back()); }, fill);
+    const auto dst = buffer<int16_t>([](Ints n) { return 3 * whole(n.back()); });
+    test::check(OPERATION(ColorYCC2RGB444_16S, {plane, plane, plane, dst, size(row_lengths())}));
+  }
+}
+
+/// Converts planes, luma first, that are as long as the operation needs them for that luma.
+void expect_same_pixels(const test::Operation& operation, std::vector<std::vector<uint8_t>> planes, int pixel) {
+  const int len = int(planes[0].size());
+  std::vector<uint8_t> got(size_t(len) * size_t(pixel)), expected(got.size());
+  std::vector<test::Slot> slots;
+  for (auto& plane : planes) slots.push_back({.pointer = plane.data()});
+  slots.insert(slots.end(), {{.pointer = got.data()}, {.number = len}});
+  operation.run(slots.data());
+  slots[planes.size()].pointer = expected.data();
+  operation.model(slots.data());
+  if (got == expected) return;
+  const auto wrong = std::mismatch(got.begin(), got.end(), expected.begin()).first - got.begin();
+  FAIL() << operation.name << ", Cb " << int(planes[1][0]) << ": byte " << wrong % pixel << " of pixel "
+         << wrong / pixel;
+}
+
+TEST(YccToRgb, ConvertsEveryColour) {
+  std::vector<uint8_t> y(65536), cr(65536), cr_of_pairs(32768);
+  std::iota(y.begin(), y.end(), uint8_t(0));
+  for (size_t i = 0; i < cr.size(); ++i) cr[i] = cr_of_pairs[i / 2] = uint8_t(i / 256);
+  for (int b = 0; b < 256; ++b) {
+    const std::vector<uint8_t> cb(65536, uint8_t(b)), cb_of_pairs(32768, uint8_t(b));
+    expect_same_pixels(OPERATION(ColorYCC2RGB444_8U, {}), {y, cb, cr}, 3);
+    expect_same_pixels(OPERATION(ColorYCC2BGRA444_8U, {}), {y, cb, cr}, 4);
+    expect_same_pixels(OPERATION(ColorYCC2RGB422_NN_8U, {}), {y, cb_of_pairs, cr_of_pairs}, 3);
+    expect_same_pixels(OPERATION(ColorYCCK2CMYK444_8U, {}), {y, cb, cr, y}, 4);
+    if (HasFatalFailure()) return;
+  }
+}
+
+TEST(YccToRgb, InterpolatesEveryPairOfNeighbours) {
+  const std::vector<uint8_t> y(1024, 128);
+  std::vector<uint8_t> c(512);
+  for (int a = 0; a < 256; ++a) {
+    for (size_t j = 0; j < c.size(); ++j) c[j] = uint8_t(j % 2 ? j / 2 : size_t(a));
+    expect_same_pixels(OPERATION(ColorYCC2RGB422_BL_8U, {}), {y, c, c}, 3);
+    if (HasFatalFailure()) return;
+  }
+}
+
+TEST(YccToRgb, KnownColours) {
+  const struct {
+    int y, cb, cr, r, g, b;
+  } known[] = {{128, 128, 128, 128, 128, 128}, {0, 128, 128, 0, 0, 0},   {255, 128, 128, 255, 255, 255},
+               {0, 128, 255, 178, 0, 0},       {76, 85, 255, 254, 0, 0}, {29, 255, 107, 0, 0, 254},
+               {150, 44, 21, 0, 255, 1},       {255, 0, 0, 75, 255, 28}};
+  for (const auto& k : known) {
+    const auto y = uint8_t(k.y), cb = uint8_t(k.cb), cr = uint8_t(k.cr), black = uint8_t(7);
+    uint8_t rgb[3], bgra[4], argb[4], cmyk[4];
+    pqx_Video_ColorYCC2RGB444_8U(&y, &cb, &cr, rgb, 1);
+    pqx_Video_ColorYCC2BGRA444_8U(&y, &cb, &cr, bgra, 1);
+    pqx_Video_ColorYCC2ARGB444_8U(&y, &cb, &cr, argb, 1);
+    EXPECT_EQ((std::vector<int>{rgb, rgb + 3}), (std::vector{k.r, k.g, k.b})) << k.y << " " << k.cb << " " << k.cr;
+    EXPECT_EQ((std::vector<int>{bgra, bgra + 4}), (std::vector{k.b, k.g, k.r, 255}));
+    EXPECT_EQ((std::vector<int>{argb, argb + 4}), (std::vector{255, k.r, k.g, k.b}));
+    if (k.cb != 128 || k.cr != 128) continue;
+    pqx_Video_ColorYCCK2CMYK444_8U(&y, &cb, &cr, &black, cmyk, 1);
+    EXPECT_EQ((std::vector<int>{cmyk, cmyk + 4}), (std::vector{255 - k.r, 255 - k.g, 255 - k.b, 7}));
+  }
+
+  const struct {
+    int16_t y, cb, cr, r, g, b;
+  } known_12_bit[] = {{4095, 2048, 2048, 4095, 4095, 4095}, {0, 2048, 2048, 0, 0, 0},
+                      {1000, 2048, 2048, 1000, 1000, 1000}, {2048, 2048, 4095, 4095, 586, 2048},
+                      {2048, 0, 2048, 2048, 2753, 0},       {-32768, 4095, 4095, 0, 0, 0},
+                      {32767, 0, 0, 4095, 4095, 4095}};
+  for (const auto& k : known_12_bit) {
+    int16_t rgb[3];
+    pqx_Video_ColorYCC2RGB444_16S(&k.y, &k.cb, &k.cr, rgb, 1);
+    EXPECT_EQ((std::vector<int>{rgb, rgb + 3}), (std::vector<int>{k.r, k.g, k.b}))
+        << k.y << " " << k.cb << " " << k.cr;
+  }
+}
+
+TEST(YccToRgb, LongRowsTakeScratchMemoryAndGiveItBack) {
+  std::vector<uint8_t> row(4104), dst0(4 * row.size(), 170), dst1 = dst0;
+  const auto untouched = dst0;
+  const uint8_t* s = row.data();
+  for (auto* convert : {pqx_Video_ColorYCC2RGB420_BL_8U, pqx_Video_ColorYCC2BGRA420_BL_8U}) {
+    auto run = [&](int len) {
+      scratch.requests.clear();
+      return convert(s, s, s, s, s, s, s, s, dst0.data(), dst1.data(), len);
+    };
+    for (int len : {INT_MIN, -1, 0, 1, 4096}) {
+      EXPECT_EQ(run(len), PQX_OK);
+      EXPECT_TRUE(scratch.requests.empty()) << len;
+    }
+    EXPECT_EQ(run(4097), PQX_OK);
+    EXPECT_EQ(scratch.requests, std::vector{4 * 4104});
+    EXPECT_EQ(scratch.blocks, 0);
+
+    dst0 = dst1 = untouched;
+    scratch.exhausted = true;
+    EXPECT_EQ(run(4097), PQX_ERR_MEMORY);
+    EXPECT_EQ(run(536870904), PQX_ERR_MEMORY);
+    EXPECT_EQ(scratch.requests, std::vector{2147483616});
+    scratch.exhausted = false;
+    for (int len : {536870905, INT_MAX}) {  // more than can be asked for
+      EXPECT_EQ(run(len), PQX_ERR_MEMORY);
+      EXPECT_TRUE(scratch.requests.empty()) << len;
+    }
+    EXPECT_EQ(dst0, untouched);
+    EXPECT_EQ(dst1, untouched);
+  }
 }
 
 }  // namespace
