@@ -95,9 +95,10 @@ TEST(YccToRgb, SixteenBitRowsMatchTheFormula) {
 }
 
 /// Converts planes, luma first, that are as long as the operation needs them for that luma.
-void expect_same_pixels(const test::Operation& operation, std::vector<std::vector<uint8_t>> planes, int pixel) {
+template <class T>
+void expect_same_pixels(const test::Operation& operation, std::vector<std::vector<T>> planes, int pixel) {
   const int len = int(planes[0].size());
-  std::vector<uint8_t> got(size_t(len) * size_t(pixel)), expected(got.size());
+  std::vector<T> got(size_t(len) * size_t(pixel)), expected(got.size());
   std::vector<test::Slot> slots;
   for (auto& plane : planes) slots.push_back({.pointer = plane.data()});
   slots.insert(slots.end(), {{.pointer = got.data()}, {.number = len}});
@@ -106,7 +107,7 @@ void expect_same_pixels(const test::Operation& operation, std::vector<std::vecto
   operation.model(slots.data());
   if (got == expected) return;
   const auto wrong = std::mismatch(got.begin(), got.end(), expected.begin()).first - got.begin();
-  FAIL() << operation.name << ", Cb " << int(planes[1][0]) << ": byte " << wrong % pixel << " of pixel "
+  FAIL() << operation.name << ", first Cb " << planes[1][0] + 0 << ": channel " << wrong % pixel << " of pixel "
          << wrong / pixel;
 }
 
@@ -116,10 +117,22 @@ TEST(YccToRgb, ConvertsEveryColour) {
   for (size_t i = 0; i < cr.size(); ++i) cr[i] = cr_of_pairs[i / 2] = uint8_t(i / 256);
   for (int b = 0; b < 256; ++b) {
     const std::vector<uint8_t> cb(65536, uint8_t(b)), cb_of_pairs(32768, uint8_t(b));
-    expect_same_pixels(OPERATION(ColorYCC2RGB444_8U, {}), {y, cb, cr}, 3);
-    expect_same_pixels(OPERATION(ColorYCC2BGRA444_8U, {}), {y, cb, cr}, 4);
-    expect_same_pixels(OPERATION(ColorYCC2RGB422_NN_8U, {}), {y, cb_of_pairs, cr_of_pairs}, 3);
-    expect_same_pixels(OPERATION(ColorYCCK2CMYK444_8U, {}), {y, cb, cr, y}, 4);
+    expect_same_pixels<uint8_t>(OPERATION(ColorYCC2RGB444_8U, {}), {y, cb, cr}, 3);
+    expect_same_pixels<uint8_t>(OPERATION(ColorYCC2BGRA444_8U, {}), {y, cb, cr}, 4);
+    expect_same_pixels<uint8_t>(OPERATION(ColorYCC2RGB422_NN_8U, {}), {y, cb_of_pairs, cr_of_pairs}, 3);
+    expect_same_pixels<uint8_t>(OPERATION(ColorYCCK2CMYK444_8U, {}), {y, cb, cr, y}, 4);
+    if (HasFatalFailure()) return;
+  }
+}
+
+// Every luma with every Cb and with every Cr, every Cb with every Cr.
+TEST(YccToRgb, RoundsEveryTwelveBitSum) {
+  std::vector<int16_t> y(4096), cb(4096);
+  std::iota(y.begin(), y.end(), int16_t(0));
+  for (int c = 0; c < 4096; ++c) {
+    for (int i = 0; i < 4096; ++i) cb[size_t(i)] = int16_t((i + c) % 4096);
+    expect_same_pixels<int16_t>(OPERATION(ColorYCC2RGB444_16S, {}), {y, cb, std::vector<int16_t>(4096, int16_t(c))},
+                                3);
     if (HasFatalFailure()) return;
   }
 }
@@ -129,7 +142,7 @@ TEST(YccToRgb, InterpolatesEveryPairOfNeighbours) {
   std::vector<uint8_t> c(512);
   for (int a = 0; a < 256; ++a) {
     for (size_t j = 0; j < c.size(); ++j) c[j] = uint8_t(j % 2 ? j / 2 : size_t(a));
-    expect_same_pixels(OPERATION(ColorYCC2RGB422_BL_8U, {}), {y, c, c}, 3);
+    expect_same_pixels<uint8_t>(OPERATION(ColorYCC2RGB422_BL_8U, {}), {y, c, c}, 3);
     if (HasFatalFailure()) return;
   }
 }
