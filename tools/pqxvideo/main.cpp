@@ -13,6 +13,7 @@
 #include "picture_file.h"
 #include "pqx_video.h"
 #include "psnr.h"
+#include "video_commands.h"
 
 namespace {
 
@@ -73,7 +74,7 @@ void write_sheet(const std::string& out, const std::string& original, const std:
 }  // namespace
 
 int main(int argc, char** argv) {
-  CLI::App app("Codes still pictures with libpqx_video.", "pqxvideo");
+  CLI::App app("Codes still and moving pictures with libpqx_video.", "pqxvideo");
   app.require_subcommand(1);
   app.set_version_flag("--version", pqx_GetVersion());
   std::string in, out;
@@ -121,6 +122,8 @@ int main(int argc, char** argv) {
   sheet->add_option("ORIGINAL", in, "PNG, PNM or JPEG file")->required();
   sheet->add_option("DECODED", decoded, "PNG, PNM or JPEG files of the same size")->required();
 
+  const std::vector<Command> video_commands = add_video_commands(app);
+
   try {
     app.parse(argc, argv);
   } catch (const CLI::Success& success) {
@@ -135,6 +138,8 @@ int main(int argc, char** argv) {
     if (decoder->parsed()) decode(in, out, upsamplings.at(upsampling), time);
     if (psnr->parsed()) print_psnr(in, out);
     if (sheet->parsed()) write_sheet(out, in, decoded);
+    for (const auto& [command, action] : video_commands)
+      if (command->parsed()) action();
   } catch (const std::exception& error) {
     std::cerr << "pqxvideo: " << error.what() << '\n';
     return 1;

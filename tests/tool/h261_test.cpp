@@ -1,0 +1,217 @@
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+#include "h261_decoder.h"
+#include "h261_encoder.h"
+#include "h261_format.h"
+#include "pan.h"
+#include "pictures.h"
+#include "y4m_file.h"
+
+using namespace pqxvideo;
+using namespace tool_test;
+
+namespace {
+
+using Clip = std::vector<YuvPicture>;
+
+Clip make_pan(bool cif, int frames) {
+  const Pan pan(make_picture(500, 400, 3, Content::edges), cif ? 352 : 176, cif ? 288 : 144);
+  Clip clip;
+  for (int k = 0; k < frames; ++k) clip.push_back(pan.frame(k));
+  return clip;
+}
+
+Bytes encode(const Clip& clip, const h261::EncoderOptions& options, Clip* reconstruction = nullptr) {
+  h261::Encoder encoder(clip[0].width(), clip[0].height(), options);
+  Bytes stream;
+  for (const YuvPicture& picture : clip) {
+    const Bytes coded = encoder.encode(picture);
+    stream.insert(stream.end(), coded.begin(), coded.end());
+    if (reconstruction) reconstruction->push_back(encoder.reconstruction());
+  }
+  return stream;
+}
+
+Clip decode(const Bytes& stream) {
+  h261::Decoder decoder(stream);
+  Clip clip;
+  while (decoder.next()) clip.push_back(decoder.picture());
+  return clip;
+}
+
+Clip read_y4m(const std::string& path) {
+  const Bytes bytes = read_bytes(path);
+  Y4mReader reader(bytes);
+  Clip clip;
+  for (YuvPicture picture; reader.next(picture);) clip.push_back(picture);
+  return clip;
+}
+
+void write_y4m(const std::string& path, const Clip& clip) {
+  OutputFile file(path);
+  Y4mWriter writer(file, clip[0].width(), clip[0].height(), {});
+  for (const YuvPicture& picture : clip) writer.write(picture);
+  file.commit();
+}
+
+struct Difference {
+  int largest = 0;
+  double squares = 0, samples = 0;
+  double psnr() const { return squares == 0 ? INFINITY : 10 * std::log10(255.0 * 255 * samples / squares); }
+};
+
+Difference compare(const Clip& a, const Clip& b, size_t frames) {
+  Difference d;
+  for (size_t k = 0; k < frames; ++k)
+    for (size_t p = 0; p < 3; ++p)
+      for (size_t i = 0; i < a[k].planes[p].samples.size(); ++i) {
+        const int difference = a[k].planes[p].samples[i] - b[k].planes[p].samples[i];
+        d.largest = std::max(d.largest, std::abs(difference));
+        d.squares += difference * difference;
+        ++d.samples;
+      }
+  return d;
+}
+
+/// How closely the decoders of one stream must agree: inverse transforms may differ, and what differs adds up.
+void expect_agreement(const Clip& ours, const Clip& judge, const std::string& what) {
+  ASSERT_EQ(ours.size(), judge.size()) << what;
+  EXPECT_LE(compare(ours, judge, std::min<size_t>(5, ours.size())).largest, 2) << what;
+  EXPECT_GE(compare(ours, judge, ours.size()).psnr(), 55) << what;
+}
+
+/// What ffmpeg decodes of a stream.
+Clip judge(const Workplace& place, const std::string& stream) {
+  const Outcome outcome = run(place, "ffmpeg -v error -y -f h261 -i {" + stream +
+                                         "} -fps_mode passthrough -pix_fmt yuv420p -f yuv4mpegpipe {judge.y4m}");
+  EXPECT_EQ(outcome.status, 0) << outcome.errors;
+  return read_y4m(place / "judge.y4m");
+}
+
+template <size_t n>
+void expect_prefix_free(const auto& codes, std::initializer_list<h261::Code> more, const char* what) {
+  std::vector<h261::Code> all(more);
+  for (const auto& c : codes) all.push_back(c.code);
+  // No code may begin with sixteen bits that could be taken for a start code, nor with another code.
+  for (const h261::Code a : all)
+    for (const h261::Code b : all)
+      if (&a != &b && a.length <= b.length && (a.length != b.length || a.bits != b.bits)) {
+        EXPECT_NE(b.bits >> (b.length - a.length), a.bits) << what;
+      }
+}
+
+}  // namespace
+
+TEST(H261, CodesCanBeToldApart) {
+  expect_prefix_free<0>(h261::address_codes, {}, "address");
+  expect_prefix_free<0>(h261::type_codes, {}, "type");
+  expect_prefix_free<0>(h261::vector_codes, {}, "vector");
+  expect_prefix_free<0>(h261::pattern_codes, {}, "pattern");
+  expect_prefix_free<0>(h261::coefficient_codes, {h261::end_of_block, h261::escape}, "coefficient");
+}
+
+TEST(H261, DecoderAndOutsideJudgeSeeWhatTheEncoderReconstructs) {
+  const Workplace place;
+  for (const bool cif : {false, true})
+    for (const int quant : {1, 4, 8, 31})
+      for (const bool loop_filter : {true, false}) {
+        const std::string what = std::string(cif ? "CIF" : "QCIF") + ", quantizer " + std::to_string(quant) +
+                                 (loop_filter ? ", loop filter" : "");
+        const Clip clip = make_pan(cif, cif ? 8 : 20);
+        Clip reconstruction;
+        const Bytes stream = encode(clip, {quant, loop_filter, 15}, &reconstruction);
+        const Clip decoded = decode(stream);
+        ASSERT_EQ(decoded.size(), clip.size()) << what;
+        EXPECT_EQ(compare(decoded, reconstruction, clip.size()).largest, 0) << what;
+        EXPECT_GE(compare(decoded, clip, clip.size()).psnr(), quant == 31 ? 24 : quant == 8 ? 31 : 34) << what;
+        write_bytes(place / "ours.h261", stream);
+        expect_agreement(decoded, judge(place, "ours.h261"), what);
+      }
+}
+
+TEST(H261, ReadsWhatAnOutsideEncoderWrites) {
+  const Workplace place;
+  write_y4m(place / "pan.y4m", make_pan(true, 15));
+  const std::string sources[] = {"-i {pan.y4m}", "-i {pan.y4m} -s 176x144",
+                                 "-f lavfi -i testsrc=s=352x288 -frames:v 15",
+                                 "-f lavfi -i mandelbrot=s=176x144 -frames:v 15"};
+  for (const std::string& source : sources)
+    for (const char* const options : {"-q:v 2", "-q:v 8 -flags +loop", "-q:v 31 -flags +loop -g 5"}) {
+      const Outcome outcome = run(place, "ffmpeg -v error -y " + source + " -pix_fmt yuv420p -c:v h261 " + options +
+                                             " -f h261 {theirs.h261}");
+      ASSERT_EQ(outcome.status, 0) << outcome.errors;
+      expect_agreement(decode(read_bytes(place / "theirs.h261")), judge(place, "theirs.h261"),
+                       source + " " + options);
+    }
+}
+
+TEST(H261, ConcealsADamagedGroupOfBlocks) {
+  const Clip clip = make_pan(true, 4);
+  Bytes stream = encode(clip, {});
+  const Clip whole = decode(stream);
+  h261::Encoder encoder(352, 288, {});
+  const size_t first = encoder.encode(clip[0]).size();
+  for (size_t i = 0; i < 40; ++i) stream[first + 200 + i] ^= uint8_t(0x55 + i);
+  EXPECT_THROW(decode(stream), Failure);
+  h261::Decoder decoder(stream, true);
+  Clip concealed;
+  while (decoder.next()) concealed.push_back(decoder.picture());
+  ASSERT_EQ(concealed.size(), clip.size());
+  EXPECT_FALSE(decoder.reports().empty());
+  EXPECT_EQ(compare(concealed, whole, 1).largest, 0);
+  EXPECT_GE(compare(concealed, whole, 4).psnr(), 20);
+}
+
+TEST(H261, DamagedStreamsDoNoMoreThanFail) {
+  std::mt19937 random(11);
+  std::vector<Bytes> seeds;
+  for (const int quant : {20, 31}) {
+    const Clip clip = make_pan(false, 3);
+    seeds.push_back(encode(clip, {quant, true, 4}));
+    ASSERT_LT(seeds.back().size(), 16384u);
+  }
+  int pictures = 0, refused = 0;
+  for (int i = 0; i < 20000; ++i) {
+    Bytes bytes = seeds[size_t(i) % seeds.size()];
+    for (size_t times = 1 + random() % 4; times > 0 && bytes.size() > 1; --times) {
+      const size_t at = random() % (random() % 2 ? bytes.size() : std::min<size_t>(bytes.size(), 64));
+      if (random() % 8 == 0)
+        bytes.resize(at + 1);
+      else if (random() % 8 == 0)
+        bytes.erase(bytes.begin() + ptrdiff_t(at));
+      else
+        bytes[at] ^= uint8_t(1 << random() % 8);
+    }
+    try {
+      h261::Decoder decoder(bytes, i % 4 == 0);
+      while (decoder.next()) ++pictures;
+    } catch (const Failure&) {
+      ++refused;
+    }
+  }
+  EXPECT_GT(pictures, 5000);
+  EXPECT_GT(refused, 5000);
+}
+
+TEST(Y4m, DamagedHeadersDoNoMoreThanFail) {
+  const Workplace place;
+  write_y4m(place / "clip.y4m", {YuvPicture(18, 11), YuvPicture(18, 11)});
+  const Bytes seed = read_bytes(place / "clip.y4m");
+  std::mt19937 random(3);
+  int read = 0, refused = 0;
+  for (int i = 0; i < 20000; ++i) {
+    Bytes bytes = seed;
+    for (size_t times = 1 + random() % 3; times > 0; --times)
+      bytes[random() % 80] = uint8_t(random() % 3 ? "0123456789WHFC:420 \nFRAME"[random() % 25] : random());
+    try {
+      Y4mReader reader(bytes);
+      for (YuvPicture picture; reader.next(picture);) ++read;
+    } catch (const Failure&) {
+      ++refused;
+    }
+  }
+  EXPECT_GT(read, 100);
+  EXPECT_GT(refused, 1000);
+}

@@ -1,0 +1,21 @@
+#pragma once
+
+#include "image.h"
+#include "yuv_picture.h"
+
+namespace pqxvideo {
+
+/// A clip of studio-range pictures made by moving a window over a picture: real texture with known motion.
+class Pan {
+ public:
+  /// The picture must not be smaller than the window.
+  Pan(const Image& image, int width, int height);
+
+  YuvPicture frame(int number) const;
+
+ private:
+  int width_, height_;
+  YuvPicture whole_;
+};
+
+}  // namespace pqxvideo

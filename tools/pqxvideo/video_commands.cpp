@@ -1,0 +1,156 @@
+#include "video_commands.h"
+
+#include <unistd.h>
+
+#include <chrono>
+#include <iomanip>
+#include <iostream>
+#include <memory>
+
+#include "files.h"
+#include "h261_decoder.h"
+#include "h261_encoder.h"
+#include "pan.h"
+#include "picture_file.h"
+#include "y4m_file.h"
+
+namespace pqxvideo {
+namespace {
+
+/// Counts pictures, on a terminal in a line that is written again and again, and tells the speed in the end.
+class Progress {
+ public:
+  explicit Progress(const char* what) : what_(what), shown_(isatty(STDERR_FILENO) != 0) {}
+
+  /// Takes the time of a step that is worth being measured.
+  void measure(auto step) {
+    const auto start = Clock::now();
+    step();
+    busy_ += Clock::now() - start;
+  }
+  void picture() {
+    ++pictures_;
+    if (!shown_ || Clock::now() - last_ < std::chrono::milliseconds(100)) return;
+    last_ = Clock::now();
+    std::cerr << '\r' << what_ << ' ' << pictures_ << std::flush;
+  }
+  void finish(size_t stream_bytes) {
+    if (shown_) std::cerr << "\r\033[K" << std::flush;
+    const double seconds = std::chrono::duration<double>(busy_).count();
+    std::cout << pictures_ << " pictures, " << stream_bytes << " bytes, " << std::fixed << std::setprecision(1)
+              << pictures_ / std::max(seconds, 1e-9) << " pictures/s\n";
+  }
+
+ private:
+  using Clock = std::chrono::steady_clock;
+
+  const char* what_;
+  bool shown_;
+  int pictures_ = 0;
+  Clock::duration busy_{};
+  Clock::time_point last_{};
+};
+
+void encode(const std::string& in, const std::string& out, const h261::EncoderOptions& options) {
+  const FileBytes bytes(in);
+  auto reader = naming(in, [&] { return Y4mReader(bytes); });
+  auto encoder = naming(in, [&] { return h261::Encoder(reader.width(), reader.height(), options); });
+  OutputFile file(out);
+  Progress progress("encoding");
+  size_t total = 0;
+  for (YuvPicture picture; naming(in, [&] { return reader.next(picture); });) {
+    std::vector<uint8_t> coded;
+    progress.measure([&] { coded = encoder.encode(picture); });
+    file.write(coded);
+    total += coded.size();
+    progress.picture();
+  }
+  file.commit();
+  progress.finish(total);
+}
+
+void decode(const std::string& in, const std::string& out, bool conceal) {
+  const FileBytes bytes(in);
+  const size_t size = std::span<const uint8_t>(bytes).size();
+  naming(in, [&] {
+    h261::Decoder decoder(bytes, conceal);
+    std::unique_ptr<OutputFile> file;
+    std::unique_ptr<Y4mWriter> writer;
+    Progress progress("decoding");
+    for (;;) {
+      bool more = false;
+      progress.measure([&] { more = decoder.next(); });
+      if (!more) break;
+      if (!file) {
+        file = std::make_unique<OutputFile>(out);
+        writer = std::make_unique<Y4mWriter>(*file, decoder.picture().width(), decoder.picture().height(),
+                                             FrameRate{}, "XCOLORRANGE=LIMITED");
+      }
+      writer->write(decoder.picture());
+      progress.picture();
+    }
+    if (!file) throw Failure("damaged H.261 stream: no picture in it");
+    for (const std::string& report : decoder.reports()) std::cerr << "pqxvideo: " << in << ": " << report << '\n';
+    file->commit();
+    progress.finish(size);
+  });
+}
+
+void make_pan(const std::string& in, const std::string& out, int width, int height, int frames) {
+  const Image image = read_picture(in);
+  const Pan pan = naming(in, [&] { return Pan(image, width, height); });
+  OutputFile file(out);
+  Y4mWriter writer(file, width, height, FrameRate{}, "XCOLORRANGE=LIMITED");
+  for (int k = 0; k < frames; ++k) writer.write(pan.frame(k));
+  file.commit();
+}
+
+}  // namespace
+
+std::vector<Command> add_video_commands(CLI::App& app) {
+  struct Arguments {
+    std::string in, out, size = "cif";
+    h261::EncoderOptions options;
+    bool no_loop_filter = false, conceal = false;
+    int frames = 90;
+  };
+  const auto a = std::make_shared<Arguments>();
+
+  CLI::App* const h261 = app.add_subcommand("h261", "Encodes and decodes H.261 streams.")->require_subcommand(1);
+  CLI::App* const encoder = h261->add_subcommand("encode", "Encodes a Y4M file of CIF or QCIF pictures.");
+  encoder->add_option("IN", a->in, "Y4M file, 4:2:0, 8 bit")->required();
+  encoder->add_option("OUT", a->out, "H.261 stream")->required();
+  encoder->add_option("--quant", a->options.quant, "Quantizer")
+      ->check(CLI::Range(1, h261::max_quant))
+      ->capture_default_str();
+  encoder->add_flag("--no-loop-filter", a->no_loop_filter, "Never filter a prediction");
+  encoder->add_option("--search", a->options.search, "Farthest motion vector, in samples")
+      ->check(CLI::Range(0, 15))
+      ->capture_default_str();
+
+  CLI::App* const decoder = h261->add_subcommand("decode", "Decodes an H.261 stream.");
+  decoder->add_option("IN", a->in, "H.261 stream")->required();
+  decoder->add_option("OUT", a->out, "Y4M file")->required();
+  decoder->add_flag("--conceal", a->conceal, "Go on behind damaged groups of blocks, and report them");
+
+  CLI::App* const pan = app.add_subcommand("pan", "Makes a clip by moving a window over a picture.");
+  pan->add_option("PICTURE", a->in, "PNG, PNM or JPEG file")->required();
+  pan->add_option("OUT", a->out, "Y4M file")->required();
+  pan->add_option("--size", a->size, "Size of the clip")
+      ->check(CLI::IsMember({"cif", "qcif"}))
+      ->capture_default_str();
+  pan->add_option("--frames", a->frames, "Number of pictures")->check(CLI::Range(1, 100000))->capture_default_str();
+
+  return {{encoder,
+           [a] {
+             a->options.loop_filter = !a->no_loop_filter;
+             encode(a->in, a->out, a->options);
+           }},
+          {decoder, [a] { decode(a->in, a->out, a->conceal); }},
+          {pan, [a] {
+             const bool cif = a->size == "cif";
+             make_pan(a->in, a->out, cif ? 352 : 176, cif ? 288 : 144, a->frames);
+           }}};
+}
+
+}  // namespace pqxvideo
