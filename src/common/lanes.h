@@ -164,6 +164,11 @@ inline f64x2 operator*(f64x2 a, f64x2 b) { return {_mm_mul_pd(a.v, b.v)}; }
 
 /// (a * m) >> 16.
 inline u16x8 high_product(u16x8 a, u16x8 m) { return {_mm_mulhi_epu16(a.v, m.v)}; }
+/// a * m, the low 16 bits. gcc must not know m: it would take the product apart into shifts and sums, which are more.
+inline u16x8 low_product(u16x8 a, u16x8 m) {
+  asm("" : "+x"(m.v));
+  return {_mm_mullo_epi16(a.v, m.v)};
+}
 /// (a + b + 1) >> 1.
 inline u8x16 mean_up(u8x16 a, u8x16 b) { return {_mm_avg_epu8(a.v, b.v)}; }
 inline u16x8 mean_up(u16x8 a, u16x8 b) { return {_mm_avg_epu16(a.v, b.v)}; }
