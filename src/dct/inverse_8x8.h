@@ -10,44 +10,19 @@ namespace pqx::dct {
 
 /// A coefficient known to be zero. Terms that hold it are left out, which changes no result.
 struct Zero {};
-template <class Lanes>
 struct Negated {
-  Lanes of;
+  f64x2 of;
 };
 inline Zero operator*(Zero, const Factor&) { return {}; }
-template <class Lanes>
-Lanes operator+(Lanes a, Zero) {
-  return a;
-}
-template <class Lanes>
-Lanes operator+(Zero, Lanes a) {
-  return a;
-}
-template <class Lanes>
-Lanes operator-(Lanes a, Zero) {
-  return a;
-}
-template <class Lanes>
-Negated<Lanes> operator-(Zero, Lanes a) {
-  return {a};
-}
-template <class Lanes>
-Lanes operator+(Negated<Lanes> a, Lanes b) {
-  return b - a.of;
-}
-template <class Lanes>
-Lanes operator-(Lanes a, Negated<Lanes> b) {
-  return a + b.of;
-}
+inline f64x2 operator+(f64x2 a, Zero) { return a; }
+inline f64x2 operator+(Zero, f64x2 a) { return a; }
+inline f64x2 operator-(f64x2 a, Zero) { return a; }
+inline Negated operator-(Zero, f64x2 a) { return {a}; }
+inline f64x2 operator+(Negated a, f64x2 b) { return b - a.of; }
+inline f64x2 operator-(f64x2 a, Negated b) { return a + b.of; }
 
-/// The values with one index of as many rows or columns as there are lanes.
-template <class Lanes>
-struct Eight {
-  Lanes at[8];
-};
-
-template <class Lanes, class Upper>
-[[gnu::always_inline]] inline Eight<Lanes> inverse_pass(const Cosines& k, Lanes X0, Lanes X1, Lanes X2, Lanes X3,
+template <class Upper>
+[[gnu::always_inline]] inline Eight<f64x2> inverse_pass(const Cosines& k, f64x2 X0, f64x2 X1, f64x2 X2, f64x2 X3,
                                                         Upper X4, Upper X5, Upper X6, Upper X7) {
   const auto a = X1 * k.c7 - X7 * k.c1, b = X7 * k.c7 + X1 * k.c1, c = X3 * k.c3 + X5 * k.c5;
   const auto d = X5 * k.c3 - X3 * k.c5;
@@ -58,12 +33,13 @@ template <class Lanes, class Upper>
 }
 
 /// One pass over the first count coefficients.
-template <int count, class Lanes>
-[[gnu::always_inline]] inline Eight<Lanes> inverse_pass(const Cosines& k, const Lanes* X) {
+template <int count>
+[[gnu::always_inline]] inline Eight<f64x2> inverse_pass(const Cosines& k, const Eight<f64x2>& X) {
+  const f64x2* x = X.at;
   if constexpr (count == 8)
-    return inverse_pass(k, X[0], X[1], X[2], X[3], X[4], X[5], X[6], X[7]);
+    return inverse_pass(k, x[0], x[1], x[2], x[3], x[4], x[5], x[6], x[7]);
   else
-    return inverse_pass(k, X[0], X[1], X[2], X[3], Zero(), Zero(), Zero(), Zero());
+    return inverse_pass(k, x[0], x[1], x[2], x[3], Zero(), Zero(), Zero(), Zero());
 }
 
 /// Two rows of words: the low or the high ones of 32-bit integers, of which a register holds one column in its low half.
@@ -119,45 +95,56 @@ struct Pixels {
   }
 };
 
-inline f64x2 interleave_low(f64x2 a, f64x2 b) {
-  return {_mm_castsi128_pd(_mm_unpacklo_epi64(_mm_castpd_si128(a.v), _mm_castpd_si128(b.v)))};
+/// Columns 2 * pair and 2 * pair + 1 of a row of words as doubles, less an offset. With its sign bit flipped a word x is
+/// x + 32768 >= 0, and behind the upper half of 2^52 that makes the double 2^52 + 32768 + x.
+inline constexpr double word_offset = 0x1p52 + 32768;
+template <int pair>
+f64x2 doubles(i16x8 row, f64x2 offset) {
+  const __m128i flipped = _mm_xor_si128(row.v, _mm_set1_epi16(-32768)), zero = _mm_setzero_si128();
+  const i32x4 four = {pair < 2 ? _mm_unpacklo_epi16(flipped, zero) : _mm_unpackhi_epi16(flipped, zero)};
+  const i32x4 exponent = all_i32(0x43300000);
+  const i32x4 two = pair % 2 == 0 ? interleave_low(four, exponent) : interleave_high(four, exponent);
+  return f64x2{_mm_castsi128_pd(two.v)} - offset;
 }
-inline f64x2 interleave_high(f64x2 a, f64x2 b) {
-  return {_mm_castsi128_pd(_mm_unpackhi_epi64(_mm_castpd_si128(a.v), _mm_castpd_si128(b.v)))};
+
+/// Pairs of columns, of which only the given rows and columns are read and set.
+template <int rows, int columns>
+[[gnu::always_inline]] inline void load_column_pairs(const int16_t* src, int dc_bias, Eight<f64x2>* pair) {
+#pragma GCC unroll 8
+  for (int u = 0; u < rows; ++u) {
+    const f64x2 offset = {_mm_set1_pd(word_offset)};
+    const f64x2 first_offset = {_mm_set_pd(word_offset, u ? word_offset : word_offset - dc_bias)};
+    const auto row = columns == 8 ? load<i16x8>(src + 8 * u) : load_half<i16x8>(src + 8 * u);
+    pair[0].at[u] = doubles<0>(row, first_offset);
+    pair[1].at[u] = doubles<1>(row, offset);
+    if constexpr (columns == 8) {
+      pair[2].at[u] = doubles<2>(row, offset);
+      pair[3].at[u] = doubles<3>(row, offset);
+    }
+  }
+}
+
+/// Rows y and y + 1 from pairs of columns.
+template <int columns>
+[[gnu::always_inline]] inline Eight<f64x2> row_pair(const Eight<f64x2>* pair, int y) {
+  Eight<f64x2> rows;
+#pragma GCC unroll 4
+  for (int k = 0; k < columns / 2; ++k) {
+    const __m128i upper = _mm_castpd_si128(pair[k].at[y].v), lower = _mm_castpd_si128(pair[k].at[y + 1].v);
+    rows.at[2 * k].v = _mm_castsi128_pd(_mm_unpacklo_epi64(upper, lower));
+    rows.at[2 * k + 1].v = _mm_castsi128_pd(_mm_unpackhi_epi64(upper, lower));
+  }
+  return rows;
 }
 
 /// The coefficients with u < rows and v < columns, of which alone anything is read, with the others taken as zero.
 template <int rows, int columns, class Output>
 pqx_Status inverse_of_corner(const int16_t* src, Output output) {
-  f64x2 X[columns / 2][8];
-  // With its sign bit flipped a word x is x + 32768 >= 0, and behind the upper half of 2^52 it makes the double
-  // 2^52 + 32768 + x.
-  const i16x8 sign = all_i16(-32768);
-  const __m128i exponent = _mm_set1_epi32(0x43300000), zero = _mm_setzero_si128();
-  const f64x2 offset = {_mm_set1_pd(0x1p52 + 32768)};
-  const f64x2 dc_offset = {_mm_set_pd(0x1p52 + 32768, 0x1p52 + 32768 - Output::dc_bias)};
-#pragma GCC unroll 8
-  for (int u = 0; u < rows; ++u) {
-    const i16x8 row = (columns == 8 ? load<i16x8>(src + 8 * u) : load_half<i16x8>(src + 8 * u)) + sign;
-    const __m128i left = _mm_unpacklo_epi16(row.v, zero);
-    X[0][u] = f64x2{_mm_castsi128_pd(_mm_unpacklo_epi32(left, exponent))} - (u ? offset : dc_offset);
-    X[1][u] = f64x2{_mm_castsi128_pd(_mm_unpackhi_epi32(left, exponent))} - offset;
-    if constexpr (columns == 8) {
-      const __m128i right = _mm_unpackhi_epi16(row.v, zero);
-      X[2][u] = f64x2{_mm_castsi128_pd(_mm_unpacklo_epi32(right, exponent))} - offset;
-      X[3][u] = f64x2{_mm_castsi128_pd(_mm_unpackhi_epi32(right, exponent))} - offset;
-    }
-  }
-  Eight<f64x2> column_pair[columns / 2];
-  for (int pair = 0; pair < columns / 2; ++pair) column_pair[pair] = inverse_pass<rows>(inverse_cosines, X[pair]);
+  Eight<f64x2> pair[columns / 2];
+  load_column_pairs<rows, columns>(src, Output::dc_bias, pair);
+  for (Eight<f64x2>& two : pair) two = inverse_pass<rows>(inverse_cosines, two);
   for (int y = 0; y < 8; y += 2) {
-    f64x2 row_pair[columns];
-#pragma GCC unroll 4
-    for (int pair = 0; pair < columns / 2; ++pair) {
-      row_pair[2 * pair] = interleave_low(column_pair[pair].at[y], column_pair[pair].at[y + 1]);
-      row_pair[2 * pair + 1] = interleave_high(column_pair[pair].at[y], column_pair[pair].at[y + 1]);
-    }
-    const Eight<f64x2> z = inverse_pass<columns>(Output::row_cosines, row_pair);
+    const Eight<f64x2> z = inverse_pass<columns>(Output::row_cosines, row_pair<columns>(pair, y));
     i32x4 result[8];
 #pragma GCC unroll 8
     for (int x = 0; x < 8; ++x) result[x] = Output::truncated(z.at[x]);

@@ -43,24 +43,38 @@ TEST(Dct8x8, MatchesTheTypedArithmeticWhereverTheBlockLies) {
   });
 }
 
-// The typed arithmetic lets an exact 1.5 (of 12 / 8) come out as 1.4999999, an exact 0.5 stays.
+// One sample, and how the first coefficients begin: an exact half may stay one (0.5 of 4 / 8) or fall below (1.5).
 TEST(Dct8x8, RoundsForwardAsTheTypesDecide) {
-  struct {
-    int16_t first;
-    std::array<int16_t, 8> row;
-  } const cases[] = {{1, {}},
-                     {4, {1, 1, 1, 1, 1, 0, 0, 0}},
-                     {12, {1, 2, 2, 2, 1, 1, 1, 0}},
-                     {-4, {0, -1, -1, -1, 0, 0, 0, 0}},
-                     {-20, {-2}}};
+  const struct {
+    int16_t sample;
+    std::vector<int16_t> first;
+  } cases[] = {{1, {0}}, {4, {1}}, {12, {1, 2, 2, 2, 1, 1, 1, 0}}, {-4, {0, -1, -1}}, {-20, {-2}}};
   for (const auto& c : cases) {
-    const Block in = {c.first};
+    const Block in = {c.sample};
     Block out;
     pqx_Video_DCT8x8Fwd_16S(in.data(), out.data());
-    if (c.first == -20)
-      EXPECT_EQ(out[0], -2);
-    else
-      EXPECT_TRUE(std::equal(c.row.begin(), c.row.end(), out.begin())) << c.first << " gives " << out[0] << out[1];
+    EXPECT_TRUE(std::equal(c.first.begin(), c.first.end(), out.begin())) << c.sample;
+  }
+  for (int pixel : {1, 128, 255}) {
+    Pixels in;
+    in.fill(uint8_t(pixel));
+    Block out;
+    pqx_Video_DCT8x8Fwd_8U_16S(in.data(), 8, out.data());
+    EXPECT_EQ(out, Block{int16_t(8 * pixel)}) << pixel;
+  }
+}
+
+// Samples of few bits go another way than wide ones; a single one may be wider than the others.
+TEST(Dct8x8, TransformsSamplesOfAnyWidth) {
+  std::mt19937 random(2);
+  for (int turn = 0; turn < 50000; ++turn) {
+    const int width = 1 + turn % 16, outliers[] = {256, 255, -256, -257, 511, 512, 767, 32767, -32768};
+    Block in, out, expected;
+    for (int16_t& x : in) x = int16_t(int(random() >> (32 - width)) - (1 << (width - 1)));
+    if (turn % 3 == 0) in[random() % 64] = int16_t(outliers[random() % 9]);
+    pqx_Video_DCT8x8Fwd_16S(in.data(), out.data());
+    plain::DCT8x8Fwd_16S(in.data(), expected.data());
+    ASSERT_EQ(out, expected) << width;
   }
 }
 
