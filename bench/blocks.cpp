@@ -10,9 +10,10 @@ namespace {
 
 constexpr int across = 240, down = 8, step = 8 * across;
 
+// Some operations take four blocks' worth of memory.
 struct Memory {
-  alignas(64) int16_t in[across * down][64];
-  alignas(64) int16_t out[across * down][64];
+  alignas(64) int16_t in[across * down + 3][64];
+  alignas(64) int16_t out[across * down + 3][64];
   alignas(64) uint8_t pixels[8 * down][step];
   alignas(64) uint8_t out_pixels[8 * down][step];
 };

@@ -42,7 +42,7 @@ const RowForm from_444_words{{full_words, full_words, full_words}, {three_words}
 constexpr const char *studio_range = "studio range", *means_of_rgb = "chroma from the mean of RGB";
 RowPeers to_ycc(Packed packed) { return {libjpeg_turbo_to_ycc(packed)}; }
 RowPeers to_ycc(Packed packed, decltype(libyuv::RAWToJ420)* convert, const char* difference) {
-  return {libjpeg_turbo_to_ycc(packed), libyuv_to_ycc(convert, difference)};
+  return {libjpeg_turbo_to_ycc(packed), libyuv_planes<1, 3>(convert, 12, difference)};
 }
 RowPeers from_ycc(Packed packed) { return {libjpeg_turbo_from_ycc(packed)}; }
 RowPeers from_ycc(Packed packed, decltype(libyuv::I444ToARGBMatrix)* convert) {

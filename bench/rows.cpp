@@ -12,8 +12,8 @@ constexpr int64_t aligned(int64_t n) { return (n + alignment - 1) / alignment * 
 
 Plane plane(PlaneForm form, int width, int height) {
   Plane p{};
-  p.width = (width + form.across) >> form.across;
-  p.height = (height + form.down) >> form.down;
+  p.width = form.zoom * ((width + (1 << form.across) - 1) >> form.across);
+  p.height = form.zoom * ((height + (1 << form.down) - 1) >> form.down);
   p.row_bytes = p.width * form.bytes;
   p.step = int(aligned(p.row_bytes));
   p.down = form.down;
@@ -31,7 +31,9 @@ int64_t place(std::array<Plane, 4>& planes, size_t count, uint8_t* memory) {
   return used;
 }
 
-auto source(const RowBench& bench) { return bench.in_forms[0].words ? varied_words : varied_bytes; }
+auto source(const RowBench& bench) {
+  return !bench.in_forms.empty() && bench.in_forms[0].words ? varied_words : varied_bytes;
+}
 
 Rows rows_of(const RowBench& bench, int width, int height) {
   Rows rows{};
@@ -60,7 +62,12 @@ Setting setting(const RowBench& bench, const Rows& rows) {
             source(rows.bytes_read);
             results(rows.bytes_written);
           },
-      .clear = [=] { for_each_result_row(rows, [](uint8_t* row, int bytes) { memset(row, 0x5a, size_t(bytes)); }); },
+      .clear =
+          [=] {
+            for_each_result_row(rows, [](uint8_t* row, int bytes) {
+              for (int i = 0; i < bytes; ++i) row[i] = uint8_t(i);
+            });
+          },
       .result =
           [=] {
             Result result{{}, rows.out[0].words};

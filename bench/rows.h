@@ -1,4 +1,4 @@
-/// Operations that take one row or two of a picture at a time.
+/// Operations that take one row of a picture at a time, two, or all of them.
 #pragma once
 
 #include <array>
@@ -7,15 +7,17 @@
 
 namespace bench {
 
-/// How a plane relates to the pixels of its picture: bytes for each, and halvings across and down.
+/// How a plane relates to the pixels of its picture: bytes for each, halvings across and down, and enlargement.
 struct PlaneForm {
   int bytes;
   int across = 0, down = 0;
   bool words = false;
+  int zoom = 1;
 };
-inline constexpr PlaneForm full{1}, halved{1, 1}, quartered{1, 1, 1}, three_bytes{3}, four_bytes{4};
+inline constexpr PlaneForm full{1}, halved{1, 1}, quartered{1, 1, 1}, two_bytes{2}, three_bytes{3}, four_bytes{4};
 inline constexpr PlaneForm full_words{2, 0, 0, true}, halved_words{2, 1, 0, true}, quartered_words{2, 1, 1, true},
-    three_words{6, 0, 0, true};
+    two_words{4, 0, 0, true}, three_words{6, 0, 0, true}, four_words{8, 0, 0, true};
+constexpr PlaneForm zoomed(int factor) { return {.bytes = 4, .zoom = factor}; }
 
 /// A pointer to whatever an operation wants to see there.
 struct At {
@@ -46,8 +48,10 @@ struct Rows {
 struct Band {
   const Rows& rows;
   int y;
-  int width = rows.width;
+  int width = rows.width, height = rows.height;  // of the picture
 
+  int in_step(int plane) const { return rows.in[plane].step; }
+  int out_step(int plane) const { return rows.out[plane].step; }
   At in(int plane, int row = 0) const { return rows.in[plane].row((y >> rows.in[plane].down) + row); }
   At out(int plane, int row = 0) const { return rows.out[plane].row((y >> rows.out[plane].down) + row); }
   /// As in(), but within the picture.
@@ -57,6 +61,8 @@ struct Band {
     return p.row(wanted < 0 ? 0 : wanted < p.height ? wanted : p.height - 1);
   }
 };
+
+constexpr int all_rows = 0;
 
 /// The planes of an operation and how to call it for one band of them.
 template <class Call>
@@ -105,7 +111,7 @@ struct RowBench {
   static std::function<Work(const Rows&)> walk(F* f, const RowForm<Call>& form) {
     return [f, band = form.rows_per_call, call = form.call](const Rows& rows) {
       return repeated([=] {
-        for (int y = 0; y < rows.height; y += band) call(f, Band{rows, y});
+        for (int y = 0; y < rows.height; y += band == all_rows ? rows.height : band) call(f, Band{rows, y});
       });
     };
   }

@@ -1,4 +1,6 @@
-#include <algorithm>
+#include <string.h>
+
+#include <array>
 
 #include "plain.h"
 #include "tables.h"
@@ -18,13 +20,27 @@ struct Chroma {
 };
 Chroma chroma(int u, int v) { return {tRV[v] - 446, tGU[u] - tGV[v], tBU[u] - 554}; }
 
+constexpr auto clipped = [] {  // the bytes of half-unit sums from -576 on
+  std::array<uint8_t, 1664> t{};
+  for (int i = 0; i < int(t.size()); ++i) t[size_t(i)] = clip(i - 576);
+  return t;
+}();
+
 template <Layout L>
 void put(uint8_t* pixel, int y, Chroma c) {
-  pixel[L.r] = clip(tYY[y] + c.r);
-  pixel[L.g] = clip(tYY[y] + c.g);
-  pixel[L.b] = clip(tYY[y] + c.b);
+  const uint8_t* clip_from_luma = &clipped[size_t(576 + tYY[y])];
+  pixel[L.r] = clip_from_luma[c.r];
+  pixel[L.g] = clip_from_luma[c.g];
+  pixel[L.b] = clip_from_luma[c.b];
   if (L.a >= 0) pixel[L.a] = 0;
 }
+
+constexpr int lowest = -288;
+constexpr auto clamped = [] {  // the bytes of sums from the lowest on
+  std::array<uint8_t, 1088> t{};
+  for (int i = 0; i < int(t.size()); ++i) t[size_t(i)] = clamp_to_byte(i + lowest);
+  return t;
+}();
 
 /// One U and one V serve columns x rows pixels.
 template <Layout L, int columns, int rows>
@@ -33,9 +49,10 @@ pqx_Status convert(const uint8_t* y, int64_t y_step, const uint8_t* u, const uin
   for (int i = 0; i < height / rows; ++i) {
     for (int j = 0; j < width / columns; ++j) {
       const Chroma c = chroma(u[j], v[j]);
+      const uint8_t* luma = y + columns * int64_t(j);
+      uint8_t* pixel = dst + L.bytes * columns * int64_t(j);
       for (int row = 0; row < rows; ++row)
-        for (int64_t x = int64_t(columns) * j; x < int64_t(columns) * (j + 1); ++x)
-          put<L>(dst + row * dst_step + L.bytes * x, y[row * y_step + x], c);
+        for (int k = 0; k < columns; ++k) put<L>(pixel + row * dst_step + L.bytes * k, luma[row * y_step + k], c);
     }
     y += rows * y_step;
     u += uv_step;
@@ -52,9 +69,9 @@ pqx_Status convert_444(const uint8_t* y, const uint8_t* u, const uint8_t* v, int
     for (int64_t x = 0; x < width; ++x) {
       const int s = Yuv2rgb[y[x]] + yUv2rgb[u[x]] + yuV2rgb[v[x]];
       uint8_t* pixel = dst + L.bytes * x;
-      pixel[L.r] = clamp_to_byte((s & 1023) - 256);
-      pixel[L.g] = clamp_to_byte((s >> 10 & 1023) - 256);
-      pixel[L.b] = clamp_to_byte(s >> 20);
+      pixel[L.r] = clamped[size_t((s & 1023) - 256 - lowest)];
+      pixel[L.g] = clamped[size_t((s >> 10 & 1023) - 256 - lowest)];
+      pixel[L.b] = clamped[size_t((s >> 20) - lowest)];
       if (L.a >= 0) pixel[L.a] = 0;
     }
   return PQX_OK;
@@ -62,10 +79,11 @@ pqx_Status convert_444(const uint8_t* y, const uint8_t* u, const uint8_t* v, int
 
 template <int zoom>
 void put_square(uint8_t* dst, int64_t dst_step, int y, Chroma c) {
-  uint8_t pixel[4];
-  put<ABGR>(pixel, y, c);
+  const uint8_t* clip_from_luma = &clipped[size_t(576 + tYY[y])];
+  const uint32_t r = clip_from_luma[c.r], g = clip_from_luma[c.g], b = clip_from_luma[c.b];
+  const uint32_t abgr = r << 24 | g << 16 | b << 8;
   for (int row = 0; row < zoom; ++row)
-    for (int column = 0; column < zoom; ++column) std::copy_n(pixel, 4, dst + row * dst_step + 4 * column);
+    for (int column = 0; column < zoom; ++column) memcpy(dst + row * dst_step + 4 * column, &abgr, 4);
 }
 
 template <int zoom>
@@ -75,9 +93,11 @@ pqx_Status convert_zoomed(const uint8_t* y, int64_t y_step, const uint8_t* u, co
   for (int i = 0; i < height >> 1; ++i) {
     for (int64_t j = 0; j < pairs; ++j) {
       const Chroma c = chroma(u[j], v[j]);
+      const uint8_t* luma = y + 2 * j;
+      uint8_t* square = dst + 8 * zoom * j;
       for (int row = 0; row < 2; ++row)
-        for (int64_t x = 2 * j; x < 2 * j + 2; ++x)
-          put_square<zoom>(dst + zoom * (row * dst_step + 4 * x), dst_step, y[row * y_step + x], c);
+        for (int k = 0; k < 2; ++k)
+          put_square<zoom>(square + zoom * (row * dst_step + 4 * k), dst_step, luma[row * y_step + k], c);
     }
     y += 2 * y_step - width + 2 * pairs;
     u += uv_step;
@@ -94,12 +114,19 @@ struct Rectangle {
 template <int zoom>
 pqx_Status convert_window(const uint8_t* y, int64_t y_step, const uint8_t* u, const uint8_t* v, int64_t uv_step,
                           uint8_t* dst, int64_t dst_step, Rectangle window) {
-  for (int64_t row = window.y0; row < window.y1; ++row)
-    for (int64_t x = window.x0; x < window.x1;) {
-      const int64_t pair = (row >> 1) * uv_step + (x >> 1), end = std::min<int64_t>((x | 1) + 1, window.x1);
-      const Chroma c = chroma(u[pair], v[pair]);
-      for (; x < end; ++x) put_square<zoom>(dst + zoom * (row * dst_step + 4 * x), dst_step, y[row * y_step + x], c);
+  for (int64_t row = window.y0; row < window.y1; ++row) {
+    const uint8_t *luma = y + row * y_step, *us = u + (row >> 1) * uv_step, *vs = v + (row >> 1) * uv_step;
+    uint8_t* squares = dst + zoom * row * dst_step;
+    auto put_at = [=](int64_t x, Chroma c) { put_square<zoom>(squares + 4 * zoom * x, dst_step, luma[x], c); };
+    int64_t x = window.x0;
+    if (x < window.x1 && x % 2) put_at(x, chroma(us[x >> 1], vs[x >> 1])), ++x;
+    for (; x + 1 < window.x1; x += 2) {
+      const Chroma c = chroma(us[x >> 1], vs[x >> 1]);
+      put_at(x, c);
+      put_at(x + 1, c);
     }
+    if (x < window.x1) put_at(x, chroma(us[x >> 1], vs[x >> 1]));
+  }
   return PQX_OK;
 }
 

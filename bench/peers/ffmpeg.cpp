@@ -4,6 +4,7 @@ extern "C" {
 #include <libavutil/avutil.h>
 #include <libavutil/cpu.h>
 #include <libavutil/opt.h>
+#include <libavutil/pixelutils.h>
 #include <libswscale/swscale.h>
 }
 
@@ -100,6 +101,16 @@ bench::BlockPeer ffmpeg_inverse() {
               dct->idct(b.out);
             });
           }};
+}
+
+bench::PatchPeer ffmpeg_cost() {
+  return {
+      "FFmpeg", "", [](int size) {
+        const int bits = size == 16 ? 4 : 3;
+        return bench::on_patches([cost = av_pixelutils_get_sad_fn(bits, bits, 0, nullptr)](const bench::Patch& p) {
+          *p.sum = uint32_t(cost(p.a, p.step, p.b, p.step));
+        })(size);
+      }};
 }
 
 }  // namespace peers

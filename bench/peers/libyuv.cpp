@@ -49,16 +49,6 @@ bench::RowPeer libyuv_scale(Scaling scaling) {
           .more_rows = 8};
 }
 
-bench::RowPeer libyuv_to_ycc(decltype(libyuv::RAWToJ420)* convert, const char* difference) {
-  return {.library = "libyuv", .difference = difference, .tolerance = 12, .make = [=](const bench::Rows& rows) {
-            return bench::repeated([=] {
-              const bench::Plane s = rows.in[0], y = rows.out[0], u = rows.out[1], v = rows.out[2];
-              convert(s.row(0), s.step, y.row(0), y.step, u.row(0), u.step, v.row(0), v.step, rows.width,
-                      rows.height);
-            });
-          }};
-}
-
 namespace {
 
 // The functions know pixels with blue first; red comes first by a mirrored matrix with the chroma planes swapped.

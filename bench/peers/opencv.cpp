@@ -12,22 +12,46 @@ Library opencv_library() {
           }};
 }
 
+namespace {
+
+cv::Mat matrix(const bench::Plane& p, int channels) {
+  return cv::Mat(p.height, p.width, CV_MAKETYPE(p.words ? CV_16S : CV_8U, channels), p.row(0), size_t(p.step));
+}
+
+}  // namespace
+
 bench::RowPeer opencv_scale(Scaling scaling) {
   return {.library = "OpenCV",
           .difference = "",
           .tolerance = 2,
           .make =
               [scaling](const bench::Rows& rows) {
-                const auto matrix = [](const bench::Plane& p) {
-                  return cv::Mat(p.height, p.width, p.words ? CV_16SC1 : CV_8UC1, p.row(0), size_t(p.step));
-                };
-                const cv::Mat s = matrix(rows.in[0]), d = matrix(rows.out[0]);
+                const cv::Mat s = matrix(rows.in[0], 1), d = matrix(rows.out[0], 1);
                 const int mode = scaling == Scaling::box       ? cv::INTER_AREA
                                  : scaling == Scaling::nearest ? cv::INTER_NEAREST
                                                                : cv::INTER_LINEAR;
                 return bench::repeated([=]() mutable { cv::resize(s, d, d.size(), 0, 0, mode); });
               },
           .more_rows = 8};
+}
+
+bench::RowPeer opencv_merge() {
+  return {
+      .library = "OpenCV", .difference = "", .tolerance = 0, .make = [](const bench::Rows& rows) {
+        const int channels = rows.out[0].row_bytes / rows.in[0].row_bytes;
+        std::vector<cv::Mat> planes;
+        for (int i = 0; i < channels; ++i) planes.push_back(matrix(rows.in[size_t(i)], 1));
+        return bench::repeated([=, pixels = matrix(rows.out[0], channels)]() mutable { cv::merge(planes, pixels); });
+      }};
+}
+
+bench::RowPeer opencv_split() {
+  return {.library = "OpenCV", .difference = "", .tolerance = 0, .make = [](const bench::Rows& rows) {
+            std::vector<cv::Mat> planes;
+            for (int i = 0; i < rows.out_planes; ++i) planes.push_back(matrix(rows.out[size_t(i)], 1));
+            return bench::repeated(
+                [=, pixels = matrix(rows.in[0], rows.out_planes)]() mutable { cv::split(pixels, planes); });
+          }};
 }
 
 }  // namespace peers

@@ -1,4 +1,4 @@
-#include "color/yuv444_to_rgb.h"
+#include "color/yuv_to_rgb.h"
 #include "common/export.h"
 
 pqx_Status pqx_Video_ColorYUV2RGB444_8U(const uint8_t* pY, const uint8_t* pU, const uint8_t* pV, int srcStep,

@@ -125,7 +125,8 @@ inline void store_means(uint8_t* cb, uint8_t* cr, u16x8 cb_means, u16x8 cr_means
   store_high_half(cr, both);
 }
 
-// Rows of less than 16 pixels, and what is left behind the blocks of longer ones, go pixel by pixel.
+// Rows of less than 16 pixels, and what is left behind the blocks of longer ones, go pixel by pixel. Both ways are
+// functions of their own, so that a short row pays nothing for the registers of the other.
 
 template <PixelLayout L>
 [[gnu::noinline]] pqx_Status single_pixels_to_444(const uint8_t* src, uint8_t* y, uint8_t* cb, uint8_t* cr, int len,
@@ -183,8 +184,8 @@ int in_blocks(int len, Block block) {
 }
 
 template <PixelLayout L>
-[[gnu::flatten]] pqx_Status blocks_to_444(const uint8_t* src, uint8_t* y, uint8_t* cb, uint8_t* cr, int len,
-                                          uint8_t* k) {
+[[gnu::noinline, gnu::flatten]] pqx_Status blocks_to_444(const uint8_t* src, uint8_t* y, uint8_t* cb, uint8_t* cr,
+                                                         int len, uint8_t* k) {
   const int done = in_blocks<1>(len, [=](int64_t i) {
     prefetch_ahead(src + i * L.bytes, y + i, cb + i, cr + i);
     const RgbBlock<L> pixels(src + i * L.bytes);
@@ -197,11 +198,13 @@ template <PixelLayout L>
     }
   });
   if (done == len) return PQX_OK;
-  return single_pixels_to_444<L>(src + int64_t(done) * L.bytes, y + done, cb + done, cr + done, len - done, k + done);
+  if constexpr (L.inks) k += done;
+  return single_pixels_to_444<L>(src + int64_t(done) * L.bytes, y + done, cb + done, cr + done, len - done, k);
 }
 
 template <PixelLayout L>
-[[gnu::flatten]] pqx_Status blocks_to_422(const uint8_t* src, uint8_t* y, uint8_t* cb, uint8_t* cr, int len) {
+[[gnu::noinline, gnu::flatten]] pqx_Status blocks_to_422(const uint8_t* src, uint8_t* y, uint8_t* cb, uint8_t* cr,
+                                                         int len) {
   const int done = in_blocks<4>(len, [=](int64_t i) {
     prefetch_ahead(src + i * L.bytes, y + i, cb + i / 2, cr + i / 2);
     const RgbBlock<L> pixels(src + i * L.bytes);
@@ -214,8 +217,8 @@ template <PixelLayout L>
 }
 
 template <PixelLayout L>
-[[gnu::flatten]] pqx_Status blocks_to_420(const uint8_t* src0, const uint8_t* src1, uint8_t* y0, uint8_t* y1,
-                                          uint8_t* cb, uint8_t* cr, int len) {
+[[gnu::noinline, gnu::flatten]] pqx_Status blocks_to_420(const uint8_t* src0, const uint8_t* src1, uint8_t* y0,
+                                                         uint8_t* y1, uint8_t* cb, uint8_t* cr, int len) {
   const int done = in_blocks<4>(len, [=](int64_t i) {
     prefetch_ahead(src0 + i * L.bytes, src1 + i * L.bytes, y0 + i, y1 + i, cb + i / 2, cr + i / 2);
     const RgbBlock<L> upper(src0 + i * L.bytes);

@@ -14,8 +14,9 @@ class BitReader {
 
   BitReader(const uint8_t* bytes, size_t size) : next_(bytes), end_(bytes + size) {}
 
-  /// Makes at least 56 bits ready.
+  /// Makes at least 32 bits ready.
   void refill() {
+    if (count_ >= 32) return;
     ready_ |= load_big_endian(next_) >> count_;
     next_ += (63 - count_) >> 3;
     count_ |= 56;

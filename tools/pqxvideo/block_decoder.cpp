@@ -15,12 +15,13 @@ constexpr int max_coefficient = std::numeric_limits<int16_t>::max();
 
 }  // namespace
 
-void decode_block(BitReader& bits, const HuffmanDecoder& dc_codes, const HuffmanDecoder& ac_codes, int& dc,
+void decode_block(BitReader& reader, const HuffmanDecoder& dc_codes, const HuffmanDecoder& ac_codes, int& dc,
                   LevelBlock& block) {
+  BitReader bits = reader;  // in registers
   bits.refill();
   // The limit is out of reach of any picture; it keeps damaged differences from adding up without end.
   dc = std::clamp(dc + dc_codes.decode(bits).value, -max_coefficient, max_coefficient);
-  unsigned positions = 0, magnitudes = 0;
+  unsigned positions = 0, offset_levels = 0;
   size_t k = 1;
   for (; k < 64; ++k) {
     bits.refill();
@@ -34,20 +35,21 @@ void decode_block(BitReader& bits, const HuffmanDecoder& dc_codes, const Huffman
     const unsigned position = natural_position[k];
     block.levels[position] = c.value;
     positions |= position;
-    magnitudes |= unsigned(c.value < 0 ? -c.value : c.value);
+    offset_levels |= unsigned(c.value + 128);
   }
   if (k > 64) throw Failure("damaged JPEG: a block of more than 64 coefficients");
   if (bits.overrun()) throw Failure("damaged JPEG: the data of the picture end early");
+  reader = bits;
   block.dc = dc;
   block.positions = positions;
-  block.magnitudes = magnitudes;
+  block.offset_levels = offset_levels;
 }
 
 BlockReconstruction::BlockReconstruction(const QuantTable& steps) {
   // No coefficient of 8-bit samples reaches half of the highest 16-bit steps: with such a step all levels are zero.
   std::transform(steps.begin(), steps.end(), steps_.begin(),
                  [](uint16_t step) { return int16_t(std::min<int>(step, max_coefficient)); });
-  safe_magnitude_ = unsigned(max_coefficient / std::max<int>(1, *std::max_element(steps_.begin(), steps_.end())));
+  largest_step_ = *std::max_element(steps_.begin(), steps_.end());
   pqx_Video_DeQuantizeInit_16S(steps_.data(), dequantizer_.data());
 }
 
@@ -59,7 +61,7 @@ void BlockReconstruction::operator()(LevelBlock& block, uint8_t* pixels, int ste
     levels[0] = 0;
     return;
   }
-  if (block.magnitudes > safe_magnitude_) limit_levels(block);
+  if (block.magnitude_limit() * largest_step_ > max_coefficient) limit_levels(block);
   levels[0] = 0;
   pqx_Video_DeQuantize_16S_I(dequantizer_.data(), levels.data());
   levels[0] = int16_t(std::clamp(block.dc * steps_[0] + level_shift, -max_coefficient, max_coefficient));

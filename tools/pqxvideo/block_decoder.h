@@ -13,17 +13,19 @@ namespace pqxvideo::jpeg {
 struct LevelBlock {
   alignas(16) std::array<int16_t, 64> levels{};
   int dc = 0;
-  // OR of the positions and of the magnitudes of the AC levels that are not zero.
-  unsigned positions = 0, magnitudes = 0;
+  // About the AC levels that are not zero: OR of their positions, OR of the levels + 128.
+  unsigned positions = 0, offset_levels = 0;
 
   bool is_dc_only() const { return positions == 0; }
   /// Whether all levels lie in the rows and columns 0..3.
   bool is_quarter() const { return (positions & (4 | 4 * 8)) == 0; }
+  /// The largest magnitude that an AC level may have.
+  int magnitude_limit() const { return offset_levels < 256 ? 128 : (1 << max_ac_size) - 1; }
 };
 
 /// Decodes the levels of a block, which must be all zero. `dc` is that of the previous block of the component.
 /// Throws Failure for bits that make no block.
-void decode_block(BitReader& bits, const HuffmanDecoder& dc_codes, const HuffmanDecoder& ac_codes, int& dc,
+void decode_block(BitReader& reader, const HuffmanDecoder& dc_codes, const HuffmanDecoder& ac_codes, int& dc,
                   LevelBlock& block);
 
 /// Turns levels into pixels.
@@ -39,7 +41,7 @@ class BlockReconstruction {
 
   std::array<double, 64> dequantizer_;
   std::array<int16_t, 64> steps_;
-  unsigned safe_magnitude_;
+  int largest_step_;
 };
 
 }  // namespace pqxvideo::jpeg

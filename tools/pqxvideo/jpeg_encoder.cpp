@@ -1,13 +1,11 @@
 #include "jpeg_encoder.h"
 
-#include <emmintrin.h>
-
 #include <algorithm>
 #include <array>
-#include <bit>
 #include <span>
 
 #include "bit_writer.h"
+#include "block_encoder.h"
 #include "jpeg_format.h"
 #include "jpeg_huffman.h"
 #include "plane.h"
@@ -27,76 +25,6 @@ QuantTable scaled(const QuantTable& steps, int quality) {
   return result;
 }
 
-/// The levels of a block as a bit mask: bit k is set if the k-th level in zig-zag order is not zero.
-class ZigZagMask {
- public:
-  uint64_t operator()(const int16_t* levels) const {
-    uint64_t mask = 0;
-    for (size_t row = 0; row < 8; row += 2) {
-      const auto load = [&](size_t r) { return _mm_load_si128(reinterpret_cast<const __m128i*>(levels + 8 * r)); };
-      const __m128i bytes = _mm_packs_epi16(load(row), load(row + 1));
-      const unsigned zeros = unsigned(_mm_movemask_epi8(_mm_cmpeq_epi8(bytes, _mm_setzero_si128())));
-      mask |= bits_[row][~zeros & 255] | bits_[row + 1][~zeros >> 8 & 255];
-    }
-    return mask;
-  }
-
- private:
-  // By row and by the mask of its eight levels in natural order.
-  static constexpr auto bits_ = [] {
-    std::array<std::array<uint64_t, 256>, 8> bits{};
-    for (size_t k = 0; k < 64; ++k)
-      for (size_t mask = 0; mask < 256; ++mask)
-        if (mask >> (natural_position[k] % 8) & 1) bits[natural_position[k] / 8][mask] |= uint64_t{1} << k;
-    return bits;
-  }();
-};
-
-/// Puts the levels of blocks into Huffman symbols: sink.dc(size, number) and sink.ac(run and size, number), where
-/// number has size bits.
-template <class Sink>
-void code_block(const int16_t* levels, int& previous_dc, Sink& sink) {
-  // A negative number is written as its lowest bits less one.
-  const auto put = [](int value, auto emit) {
-    const int sign = value >> 31;
-    const int size = 32 - std::countl_zero(uint32_t((value ^ sign) - sign));
-    emit(size, uint32_t(value + sign) & ((1u << size) - 1));
-  };
-  put(levels[0] - previous_dc, [&](int size, uint32_t number) { sink.dc(size, number); });
-  previous_dc = levels[0];
-
-  int last = 0;
-  for (uint64_t mask = ZigZagMask()(levels) & ~uint64_t{1}; mask; mask &= mask - 1) {
-    const int k = std::countr_zero(mask);
-    int run = k - last - 1;
-    for (; run > 15; run -= 16) sink.ac(0xF0, 0, 0);
-    put(levels[natural_position[size_t(k)]],
-        [&](int size, uint32_t number) { sink.ac(run << 4 | size, number, size); });
-    last = k;
-  }
-  if (last < 63) sink.ac(0, 0, 0);
-}
-
-/// Counts symbols.
-struct SymbolCounter {
-  std::array<int64_t, 256> dc_counts{}, ac_counts{};
-
-  void dc(int size, uint32_t) { ++dc_counts[size_t(size)]; }
-  void ac(int symbol, uint32_t, int) { ++ac_counts[size_t(symbol)]; }
-};
-
-/// Writes symbols by their codes.
-struct CodeWriter {
-  HuffmanEncoder dc_codes, ac_codes;
-  BitWriter* bits;
-
-  void dc(int size, uint32_t number) { put(dc_codes[size], number, size); }
-  void ac(int symbol, uint32_t number, int size) { put(ac_codes[symbol], number, size); }
-  void put(HuffmanEncoder::Code code, uint32_t number, int size) {
-    bits->put(uint64_t{code.bits} << size | number, code.length + size);
-  }
-};
-
 struct Component {
   int horizontal, vertical;  // blocks in an MCU
   size_t tables;             // 0 luma, 1 chroma
@@ -111,7 +39,6 @@ class Encoder {
  private:
   void segment(Marker marker, std::span<const uint8_t> contents);
   void write_header();
-  void write_huffman_tables();
 
   template <class Sinks>
   void code_rows(Sinks& sinks, auto after_row);
@@ -174,12 +101,12 @@ std::vector<uint8_t> Encoder::encode() {
   size_t blocks_in_row = 0;
   for (const Component& component : components_)
     blocks_in_row += size_t(component.horizontal * component.vertical * mcu_columns_);
-  BitWriter bits(blocks_in_row * 64 * 27 / 8 + 8);
-  std::array<CodeWriter, 2> writers{CodeWriter{HuffmanEncoder(dc_specs_[0]), HuffmanEncoder(ac_specs_[0]), &bits},
-                                    CodeWriter{HuffmanEncoder(dc_specs_[1]), HuffmanEncoder(ac_specs_[1]), &bits}};
-  code_rows(writers, [&] { bits.drain(out_); });
-  bits.align();
-  bits.drain(out_);
+  BitBuffer buffer(blocks_in_row * 64 * 27 / 8 + 8);
+  std::array<CodeWriter, 2> writers{CodeWriter{HuffmanEncoder(dc_specs_[0]), HuffmanEncoder(ac_specs_[0]), &buffer},
+                                    CodeWriter{HuffmanEncoder(dc_specs_[1]), HuffmanEncoder(ac_specs_[1]), &buffer}};
+  code_rows(writers, [&] { buffer.drain(out_); });
+  buffer.cursor().align();
+  buffer.drain(out_);
   out_.insert(out_.end(), {0xFF, EOI});
   return std::move(out_);
 }

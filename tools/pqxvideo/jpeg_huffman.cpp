@@ -22,8 +22,10 @@ HuffmanEncoder::HuffmanEncoder(const HuffmanSpec& spec) {
   unsigned code = 0;
   size_t index = 0;
   for (int length = 1; length <= 16; ++length, code <<= 1)
-    for (int i = 0; i < spec.counts[size_t(length - 1)]; ++i, ++code)
-      codes_[spec.symbols[index++]] = {uint16_t(code), uint16_t(length)};
+    for (int i = 0; i < spec.counts[size_t(length - 1)]; ++i, ++code) {
+      const int symbol = spec.symbols[index++], size = symbol & 15;
+      codes_[size_t(symbol)] = {code << size, length + size};
+    }
 }
 
 HuffmanSpec optimal_table(const std::array<int64_t, 256>& frequencies) {

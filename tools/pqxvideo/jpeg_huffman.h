@@ -11,9 +11,11 @@ namespace pqxvideo::jpeg {
 /// Codes by symbol.
 class HuffmanEncoder {
  public:
+  /// A code with zeros in the place of the number whose size the symbol states in its lower four bits, and the bits
+  /// of both.
   struct Code {
-    uint16_t bits = 0;
-    uint16_t length = 0;
+    uint32_t bits = 0;
+    int length = 0;
   };
 
   explicit HuffmanEncoder(const HuffmanSpec& spec);

@@ -86,7 +86,11 @@ void write_pnm(const Image& image, OutputFile& file) {
   const std::string header = std::string(image.channels() == 1 ? "P5\n" : "P6\n") + std::to_string(image.width()) +
                              ' ' + std::to_string(image.height()) + "\n255\n";
   file.write({reinterpret_cast<const uint8_t*>(header.data()), header.size()});
-  for (int y = 0; y < image.height(); ++y) file.write({image.row(y), image.row_bytes()});
+  if (image.step() == image.row_bytes()) {
+    file.write({image.row(0), image.row_bytes() * size_t(image.height())});
+  } else {
+    for (int y = 0; y < image.height(); ++y) file.write({image.row(y), image.row_bytes()});
+  }
 }
 
 }  // namespace pqxvideo

@@ -1,0 +1,86 @@
+#include "patches.h"
+#include "peers/peers.h"
+
+namespace {
+
+using namespace bench;
+using namespace peers;
+
+constexpr auto copy = [](auto f, const Patch& p) { f(p.a, p.out, p.step, p.size, p.size); };
+constexpr auto copy_words = [](auto f, const Patch& p) { f(p.a, p.step, p.words, p.size, p.size); };
+constexpr auto interpolate = [](auto f, const Patch& p) { f(p.a, p.out, p.step, p.step, p.size, p.size); };
+constexpr auto interpolate_words = [](auto f, const Patch& p) { f(p.a, p.step, p.step, p.words, p.size, p.size); };
+constexpr auto average = [](auto f, const Patch& p) { f(p.a, p.step, p.b, p.step, p.out, p.step, p.size, p.size); };
+constexpr auto three = [](auto f, const Patch& p) { f(p.a, p.step, p.size, p.size, p.out, p.out2, p.out3); };
+constexpr auto three_wide = [](auto f, const Patch& p) { f(p.a, p.out, p.out2, p.out3, p.step, p.size); };
+constexpr auto three_any = [](auto f, const Patch& p) { f(p.a, p.out, p.out2, p.out3, p.step, p.size, p.size); };
+constexpr auto cost = [](auto f, const Patch& p) { *p.sum = f(p.a, p.b, p.step, p.size, p.size); };
+constexpr auto residual = [](auto f, const Patch& p) { f(p.words, p.out, p.step); };
+constexpr auto overlapped = [](auto f, const Patch& p) {
+  const int* at = p.places;
+  f(p.reference, p.step, p.out, p.step, at[0], at[1], at[2], at[3], at[4], at[5], at[6], at[7], at[8], at[9]);
+};
+constexpr auto overlapped_words = [](auto f, const Patch& p) {
+  const int* at = p.places;
+  f(p.reference, p.step, p.words, at[0], at[1], at[2], at[3], at[4], at[5], at[6], at[7], at[8], at[9]);
+};
+
+const PatchPeer libyuv_copy{
+    "libyuv", "", on_patches([](const Patch& p) { libyuv::CopyPlane(p.a, p.step, p.out, p.step, p.size, p.size); })};
+const PatchPeer libyuv_average{"libyuv", "", on_patches([](const Patch& p) {
+                                 libyuv::InterpolatePlane(p.a, p.step, p.b, p.step, p.out, p.step, p.size, p.size,
+                                                          128);
+                               })};
+
+const Sides<decltype(plain::InterpX_Y_XY_8U_w16)> worker_w16{"InterpX_Y_XY_8U_w16", pqx_VideoInterpX_Y_XY_8U_w16,
+                                                             plain::InterpX_Y_XY_8U_w16};
+const Sides<decltype(plain::InterpX_Y_XY_8U_comm)> worker_comm{"InterpX_Y_XY_8U_comm", pqx_VideoInterpX_Y_XY_8U_comm,
+                                                               plain::InterpX_Y_XY_8U_comm};
+
+const std::vector<PatchBench> table = {
+    {OPERATION(SumAbsDiff_8U), cost, 16, 9.15 / 4.2, {ffmpeg_cost()}},
+    {OPERATION(SumAbsDiff_8U), cost, 8, 4.03 / 2.8, {ffmpeg_cost()}},
+    {OPERATION(CopyRef_8U), copy, 16, 5.29 / 4.0, {libyuv_copy}},
+    {OPERATION(CopyRef_8U), copy, 8, 5.72 / 2.4, {libyuv_copy}},
+    {OPERATION(CopyRefAve_8U), copy, 16, 7.71 / 5.5},
+    {OPERATION(CopyRefAve_8U), copy, 8, 3.69 / 3.2},
+    {OPERATION(CopyRef_8U_16S), copy_words, 16, 8.96 / 7.5},
+    {OPERATION(CopyRef_8U_16S), copy_words, 8, 3.77 / 1.9},
+    {OPERATION(Average2Rnd_8U), average, 16, 9.40 / 5.5, {libyuv_average}},
+    {OPERATION(Average2Rnd_8U), average, 8, 5.14 / 3.0, {libyuv_average}},
+    {OPERATION(Average2NoRnd_8U), average, 16, 9.40 / 7},
+    {OPERATION(Average2NoRnd_8U), average, 8, 5.14 / 3.0},
+    {OPERATION(Average3Rnd_8U), average, 16, 10.3 / 7},
+    {OPERATION(Average3Rnd_8U), average, 8, 5.72 / 4.0},
+    {OPERATION(Average3NoRnd_8U), average, 16, 10.3 / 7},
+    {OPERATION(Average3NoRnd_8U), average, 8, 5.72 / 4.0},
+    {OPERATION(AddBlock_16S_8U_I), residual, 8, 17.1 / 2.6},
+    {OPERATION(InterpX_8U), copy, 16, 7.44 / 5.5},
+    {OPERATION(InterpX_8U), copy, 8, 4.76 / 3.2},
+    {OPERATION(InterpAveX_8U), copy, 16, 26.2 / 7.5},
+    {OPERATION(InterpAveX_8U), copy, 8, 19.9 / 4.5},
+    {OPERATION(InterpY_8U), interpolate, 16, 6.64 / 4.3},
+    {OPERATION(InterpY_8U), interpolate, 8, 4.32 / 2.9},
+    {OPERATION(InterpAveY_8U), interpolate, 16, 26.0 / 6},
+    {OPERATION(InterpAveY_8U), interpolate, 8, 8.52 / 3.9},
+    {OPERATION(InterpXY_8U), interpolate, 16, 29.3 / 12.5},
+    {OPERATION(InterpXY_8U), interpolate, 8, 23.4 / 7},
+    {OPERATION(InterpAveXY_8U), interpolate, 16, 37.5 / 14},
+    {OPERATION(InterpAveXY_8U), interpolate, 8, 40.2 / 8},
+    {OPERATION(InterpX_8U_16S), copy_words, 16, 7.44 / 5.5},
+    {OPERATION(InterpX_8U_16S), copy_words, 8, 4.76 / 3.2},
+    {OPERATION(InterpY_8U_16S), interpolate_words, 16, 6.64 / 4.3},
+    {OPERATION(InterpY_8U_16S), interpolate_words, 8, 4.32 / 2.9},
+    {OPERATION(InterpXY_8U_16S), interpolate_words, 16, 29.3 / 12.5},
+    {OPERATION(InterpXY_8U_16S), interpolate_words, 8, 23.4 / 7},
+    {OPERATION(InterpX_Y_XY_8U), three, 16, 155.0 / 20},
+    {OPERATION(InterpX_Y_XY_8U), three, 8, 62.7 / 11},
+    {worker_w16, three_wide, 16, 155.0 / 20},
+    {worker_comm, three_any, 8, 62.7 / 11},
+    {OPERATION(H263OverlappedMC_8U), overlapped, 8, 56.5 / 13},
+    {OPERATION(H263OverlappedMC_8U_16S), overlapped_words, 8, 56.5 / 13},
+};
+
+const bool added = add_patches("mc", table);
+
+}  // namespace

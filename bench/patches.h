@@ -1,0 +1,57 @@
+/// Operations on square patches of a picture: prediction and its cost.
+#pragma once
+
+#include "bench.h"
+
+namespace bench {
+
+/// What a call finds. The two sources lie anywhere in the reference, the results on their grid.
+struct Patch {
+  const uint8_t *a, *b;
+  int step, size;
+  uint8_t *out, *out2, *out3;
+  int16_t* words;
+  uint32_t* sum;
+  const uint8_t* reference;
+  const int* places;  // five columns and rows
+};
+
+using PatchWork = std::function<Work(int size)>;
+
+const std::vector<Patch>& patches(int size);
+
+template <class Call>
+PatchWork on_patches(Call call) {
+  return [=](int size) {
+    return repeated([call, &all = patches(size)] {
+      for (const Patch& p : all) call(p);
+    });
+  };
+}
+
+struct PatchPeer {
+  std::string library, difference;
+  PatchWork make;
+};
+
+struct PatchBench {
+  const char* operation;
+  PatchWork ours, plain;
+  int size;
+  double target;
+  std::vector<PatchPeer> peers;
+
+  template <class F, class Call>
+  PatchBench(Sides<F> sides, Call call, int size, double target, std::vector<PatchPeer> peers = {})
+      : operation(sides.name),
+        ours(on_patches([f = sides.ours, call](const Patch& p) { call(f, p); })),
+        plain(on_patches([f = sides.plain, call](const Patch& p) { call(f, p); })),
+        size(size),
+        target(target),
+        peers(std::move(peers)) {}
+};
+
+/// Adds a table to the family; yields true, so that a constant can stand for having done so.
+bool add_patches(const std::string& family, const std::vector<PatchBench>& table);
+
+}  // namespace bench

@@ -1,0 +1,127 @@
+/// Studio range YUV to RGB by 16-bit products, without tables.
+#pragma once
+
+#include "color/store_pixels.h"
+#include "color/table_rules.h"
+#include "common/lanes.h"
+
+namespace pqx::yuv {
+
+/// A table without the table: the high product of a factor and an operand, which is the sample shifted and biased. The
+/// bias makes the product's floor round as the table does; it leaves every entry too high by the same excess.
+struct Form {
+  int shift, bias, factor, excess;
+
+  u16x8 operand(u16x8 x) const { return (x << shift) + all_u16(bias); }
+  u16x8 product(u16x8 operand) const { return high_product(operand, all_u16(factor)); }
+
+  constexpr bool gives(auto table) const {
+    return rule::agree([this](int x) { return int(uint32_t((x << shift) + bias) * uint32_t(factor) >> 16) - excess; },
+                       table);
+  }
+};
+
+/// Channels of eight pixels, signed, modulo 2^16.
+struct Rgb {
+  u16x8 r, g, b;
+};
+
+/// Where several pixels share one U and one V.
+namespace shared_chroma {
+
+inline constexpr Form luma{0, 128 << 8, 21545, 10772}, red{2, 1113, 52317, 888}, green_v{2, 1113, 26645, 452},
+    green_u{0, 89 << 8, 51379, 18133}, blue{3, 108, 33070, 54};
+static_assert(luma.gives([](int y) { return rule::luma_from_y(y) - 2 * y; }));
+static_assert(red.gives(rule::red_from_v) && blue.gives(rule::blue_from_u) && green_v.gives(rule::green_from_v));
+static_assert(green_u.gives([](int u) { return -rule::green_from_u(u); }));
+
+// In half units luma is twice the sample and the product, less its excess. The mean of the product and a term rounds
+// up; with terms that are higher by `above` than they should be, it rounds the halved sum down and is 2^15 too high,
+// and so is the operand of luma that takes the place of the sample: together they are right.
+inline constexpr int above = 65536 - 1 - luma.excess;
+
+/// What the chroma of a pixel adds to luma.
+inline Rgb terms(u16x8 u, u16x8 v) {
+  const u16x8 v_operand = red.operand(v);
+  return {red.product(v_operand) + all_u16(above - red.excess - rule::yuv_red_constant),
+          all_u16(above + green_u.excess + green_v.excess) -
+              (green_u.product(green_u.operand(u)) + green_v.product(v_operand)),
+          blue.product(blue.operand(u)) + all_u16(above - blue.excess - rule::yuv_blue_constant)};
+}
+
+inline Rgb channels(u16x8 y_operand, const Rgb& terms) {
+  const u16x8 part = luma.product(y_operand);
+  return {y_operand + mean_up(part, terms.r), y_operand + mean_up(part, terms.g), y_operand + mean_up(part, terms.b)};
+}
+
+}  // namespace shared_chroma
+
+/// Where every pixel has a U and a V of its own.
+namespace own_chroma {
+
+inline constexpr Form red_y{1, 128 << 8, 38157, 19045}, green_y{1, 128 << 8, 38155, 19077},
+    red_v{0, 128 << 8, 39099, 19549}, green_v{0, 128 << 8, 53293, 26902}, green_u{2, 5102, 6421, 635},
+    blue_u{2, 5102, 33070, 2851};
+static_assert(red_y.gives([](int y) { return rule::rgb_from_y(y).r; }));
+static_assert(green_y.gives([](int y) { return rule::rgb_from_y(y).g; }));
+static_assert(green_y.gives([](int y) { return rule::rgb_from_y(y).b; }));
+static_assert(red_v.gives([](int v) { return rule::rgb_from_v(v).r - v; }));
+static_assert(green_v.gives([](int v) { return -rule::rgb_from_v(v).g; }));
+static_assert(green_u.gives([](int u) { return -rule::rgb_from_u(u).g; }));
+static_assert(blue_u.gives([](int u) { return rule::rgb_from_u(u).b; }));
+
+// The sums of red and of green are 256 too high by the rule; the operand of V takes the place of the sample.
+inline Rgb channels(u16x8 y_operand, u16x8 u_operand, u16x8 v_operand) {
+  const u16x8 green = green_y.product(y_operand);
+  return {red_y.product(y_operand) + red_v.product(v_operand) + v_operand -
+              all_u16(red_y.excess + red_v.excess + red_v.bias + 256),
+          green - (green_u.product(u_operand) + green_v.product(v_operand)) -
+              all_u16(green_y.excess - green_u.excess - green_v.excess + 256),
+          green + blue_u.product(u_operand) - all_u16(green_y.excess + blue_u.excess)};
+}
+
+}  // namespace own_chroma
+
+/// Sixteen pixels in two registers: of three bytes each, those at even places and those at odd ones; of four bytes,
+/// the first eight and the last eight. So they are put together with the fewest instructions.
+template <class T>
+struct Halves {
+  T first, last;
+};
+
+template <PixelLayout L>
+Halves<u16x8> operands(const Form& form, u8x16 x) {
+  // Where bytes become words by a byte of our choice, most of the bias comes with it.
+  const int high_byte = form.bias >> (8 + form.shift), rest = form.bias - (high_byte << (8 + form.shift));
+  auto scaled = [&](u16x8 words) {
+    if (form.shift == 1) words = words + words;
+    if (form.shift > 1) words = words << form.shift;
+    return rest ? words + all_u16(rest) : words;
+  };
+  if constexpr (L.bytes == 3)
+    return {scaled(even_bytes(x) + all_u16(high_byte << 8)), scaled(odd_bytes(x) + all_u16(high_byte << 8))};
+  else
+    return {scaled(as<u16x8>(interleave_low(x, all_u8(high_byte)))),
+            scaled(as<u16x8>(interleave_high(x, all_u8(high_byte))))};
+}
+
+/// From values for pairs of pixels.
+template <PixelLayout L>
+Halves<Rgb> doubled(const Rgb& x) {
+  if constexpr (L.bytes == 3) return {x, x};
+  return {{interleave_low(x.r, x.r), interleave_low(x.g, x.g), interleave_low(x.b, x.b)},
+          {interleave_high(x.r, x.r), interleave_high(x.g, x.g), interleave_high(x.b, x.b)}};
+}
+
+template <PixelLayout L>
+Quads<L.bytes> put_together(const Rgb& first, const Rgb& last) {
+  if constexpr (L.bytes == 3) {
+    auto words = [](const Rgb& x) { return PixelWords{as_signed(x.r), as_signed(x.g), as_signed(x.b)}; };
+    return quads_of<L>(words(first), words(last));
+  } else {
+    auto bytes = [](u16x8 a, u16x8 b) { return pack(as_signed(a), as_signed(b)); };
+    return quads_of<L>(PixelBytes{bytes(first.r, last.r), bytes(first.g, last.g), bytes(first.b, last.b), all_u8(0)});
+  }
+}
+
+}  // namespace pqx::yuv
