@@ -1,11 +1,13 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 
 #include "h261_decoder.h"
 #include "h261_encoder.h"
 #include "h261_format.h"
 #include "pan.h"
+#include "picture_file.h"
 #include "pictures.h"
 #include "y4m_file.h"
 
@@ -214,4 +216,70 @@ TEST(Y4m, DamagedHeadersDoNoMoreThanFail) {
   }
   EXPECT_GT(read, 100);
   EXPECT_GT(refused, 1000);
+}
+
+TEST(H261, ToolGoesFromPictureToStreamAndBack) {
+  const Workplace place;
+  write_picture(place / "in.png", make_picture(400, 310, 3, Content::smooth));
+  for (const char* const command :
+       {"pan {in.png} {clip.y4m} --frames 4", "h261 encode {clip.y4m} {a.h261} --quant 5 --search 3",
+        "h261 decode {a.h261} {a.y4m}", "h261 encode --no-loop-filter {clip.y4m} {b.h261}",
+        "show {a.h261} --frame 3 {1.png}", "show {a.y4m} --frame 3 --zoom 2 {2.png}",
+        "show {a.y4m} --frame 3 --zoom 3 {3.ppm}", "psnr {a.y4m} {clip.y4m}"}) {
+    const Outcome outcome = run(place, std::string(PQXVIDEO) + " " + command);
+    EXPECT_EQ(outcome.status, 0) << command << ": " << outcome.errors;
+    EXPECT_EQ(outcome.errors, "") << command;
+  }
+  EXPECT_GE(compare(read_y4m(place / "a.y4m"), read_y4m(place / "clip.y4m"), 4).psnr(), 36);
+  const Image once = read_picture(place / "1.png");
+  for (const int zoom : {2, 3}) {
+    const Image enlarged = read_picture(place / (zoom == 2 ? "2.png" : "3.ppm"));
+    ASSERT_EQ(enlarged.width(), 352 * zoom);
+    ASSERT_EQ(enlarged.height(), 288 * zoom);
+    for (int y = 0; y < enlarged.height(); ++y)
+      for (int x = 0; x < enlarged.width(); ++x)
+        for (int c = 0; c < 3; ++c)
+          ASSERT_EQ(enlarged.row(y)[3 * x + c], once.row(y / zoom)[3 * (x / zoom) + c]) << x << ", " << y;
+  }
+}
+
+TEST(H261, ToolReportsErrorsInOneLineAndLeavesNothing) {
+  const Workplace place;
+  const Bytes stream = encode(make_pan(false, 2), {});
+  write_bytes(place / "good.h261", stream);
+  Bytes bytes = stream;
+  for (size_t i = 300; i < 330; ++i) bytes[i] ^= 0x5A;
+  write_bytes(place / "damaged.h261", bytes);
+  write_y4m(place / "odd.y4m", {YuvPicture(64, 48)});
+  bytes = read_bytes(place / "odd.y4m");
+  bytes.pop_back();
+  write_bytes(place / "short.y4m", bytes);
+  const std::string header = "YUV4MPEG2 W64 H48 F25:1 C444\n";
+  write_bytes(place / "444.y4m", Bytes(header.begin(), header.end()));
+  const std::vector<std::string> before = place.files();
+  const struct {
+    const char* command;
+    int status;
+    const char *file, *reason;
+  } cases[] = {
+      {"h261 decode {damaged.h261} {out.y4m}", 1, "damaged.h261", "damaged H.261 stream"},
+      {"h261 decode {odd.y4m} {out.y4m}", 1, "odd.y4m", "not an H.261 stream"},
+      {"h261 decode {good.h261} {nowhere/out.y4m}", 1, "nowhere/out.y4m", "No such file"},
+      {"h261 encode {odd.y4m} {out.h261}", 1, "odd.y4m", "not supported: H.261 holds"},
+      {"h261 encode {444.y4m} {out.h261}", 1, "444.y4m", "not supported: Y4M of kind 444"},
+      {"h261 encode {good.h261} {out.h261}", 1, "good.h261", "not a Y4M file"},
+      {"h261 encode {good.h261} {out.h261} --quant 32", 2, "", "--quant"},
+      {"show {short.y4m} {out.png}", 1, "short.y4m", "truncated Y4M"},
+      {"show {good.h261} {out.png} --frame 2", 1, "good.h261", "only 2 pictures"},
+      {"show {good.h261} {out.png} --zoom 4", 2, "", "--zoom"},
+      {"psnr {odd.y4m} {short.y4m}", 1, "short.y4m", "truncated Y4M"},
+  };
+  for (const auto& c : cases) {
+    const Outcome outcome = run(place, std::string(PQXVIDEO) + " " + c.command);
+    EXPECT_EQ(outcome.status, c.status) << c.command;
+    EXPECT_EQ(std::ranges::count(outcome.errors, '\n'), 1) << outcome.errors;
+    EXPECT_NE(outcome.errors.find(c.file), std::string::npos) << c.command << ": " << outcome.errors;
+    EXPECT_NE(outcome.errors.find(c.reason), std::string::npos) << c.command << ": " << outcome.errors;
+    EXPECT_EQ(place.files(), before) << c.command;
+  }
 }

@@ -11,15 +11,22 @@ struct Failure : std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
-/// Runs an action on a file and puts the file's name in front of the reason if it fails.
+/// One that names the file it is about.
+struct NamedFailure : Failure {
+  using Failure::Failure;
+};
+
+/// Runs an action on a file and puts the file's name in front of the reason if it fails and names no file yet.
 template <class Action>
 auto naming(const std::string& path, Action action) {
   try {
     return action();
+  } catch (const NamedFailure&) {
+    throw;
   } catch (const Failure& failure) {
-    throw Failure(path + ": " + failure.what());
+    throw NamedFailure(path + ": " + failure.what());
   } catch (const std::bad_alloc&) {
-    throw Failure(path + ": not enough memory");
+    throw NamedFailure(path + ": not enough memory");
   }
 }
 

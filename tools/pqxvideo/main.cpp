@@ -60,6 +60,13 @@ void decode(const std::string& in, const std::string& out, Upsampling upsampling
 }
 
 void print_psnr(const std::string& a, const std::string& b) {
+  if (const FileBytes first(a), second(b); is_y4m(first) && is_y4m(second)) {
+    print(std::cout, naming(a + ", " + b, [&] {
+            Y4mReader clip(first), other(second);
+            return compare(clip, other);
+          }));
+    return;
+  }
   const Image first = read_picture(a), second = read_picture(b);
   print(std::cout, naming(a + ", " + b, [&] { return compare(first, second); }));
 }
@@ -112,9 +119,9 @@ int main(int argc, char** argv) {
   for (CLI::App* const command : {encoder, decoder})
     command->add_flag("--time", time, "Repeat for half a second and print the best speed");
 
-  CLI::App* const psnr = app.add_subcommand("psnr", "Prints how much two pictures differ.");
-  psnr->add_option("A", in, "PNG, PNM or JPEG file")->required();
-  psnr->add_option("B", out, "PNG, PNM or JPEG file")->required();
+  CLI::App* const psnr = app.add_subcommand("psnr", "Prints how much two pictures or clips differ.");
+  psnr->add_option("A", in, "PNG, PNM, JPEG or Y4M file")->required();
+  psnr->add_option("B", out, "PNG, PNM, JPEG or Y4M file")->required();
 
   CLI::App* const sheet =
       app.add_subcommand("sheet", "Puts originals, decoded pictures and differences side by side.");

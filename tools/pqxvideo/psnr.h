@@ -1,18 +1,26 @@
 #pragma once
 
+#include <algorithm>
 #include <array>
+#include <cstdlib>
 #include <ostream>
 
 #include "image.h"
+#include "y4m_file.h"
 
 namespace pqxvideo {
 
-/// How much two pictures of one size differ, per channel.
+/// How much two pictures or clips of one size differ, per channel.
 struct Difference {
   int channels;
-  int64_t samples;  // in a channel
-  std::array<int64_t, 3> squares{};
+  std::array<const char*, 3> names{};
+  std::array<int64_t, 3> samples{}, squares{};
   std::array<int, 3> largest{};
+
+  void add(size_t channel, int a, int b) {
+    squares[channel] += (a - b) * (a - b);
+    largest[channel] = std::max(largest[channel], std::abs(a - b));
+  }
 
   /// Peak signal-to-noise ratios in dB, infinite for equal samples.
   double psnr(int channel) const;
@@ -21,6 +29,8 @@ struct Difference {
 };
 
 Difference compare(const Image& a, const Image& b);
+/// Of clips of equal length, from where the readers stand.
+Difference compare(Y4mReader& a, Y4mReader& b);
 
 /// A line for each channel and one for all of them.
 void print(std::ostream& out, const Difference& difference);

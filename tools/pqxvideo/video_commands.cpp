@@ -12,10 +12,13 @@
 #include "h261_encoder.h"
 #include "pan.h"
 #include "picture_file.h"
+#include "show.h"
 #include "y4m_file.h"
 
 namespace pqxvideo {
 namespace {
+
+constexpr const char* studio_range = "XCOLORRANGE=LIMITED";
 
 /// Counts pictures, on a terminal in a line that is written again and again, and tells the speed in the end.
 class Progress {
@@ -55,54 +58,77 @@ void encode(const std::string& in, const std::string& out, const h261::EncoderOp
   const FileBytes bytes(in);
   auto reader = naming(in, [&] { return Y4mReader(bytes); });
   auto encoder = naming(in, [&] { return h261::Encoder(reader.width(), reader.height(), options); });
-  OutputFile file(out);
   Progress progress("encoding");
   size_t total = 0;
-  for (YuvPicture picture; naming(in, [&] { return reader.next(picture); });) {
-    std::vector<uint8_t> coded;
-    progress.measure([&] { coded = encoder.encode(picture); });
-    file.write(coded);
-    total += coded.size();
-    progress.picture();
-  }
-  file.commit();
+  YuvPicture picture;
+  const auto next = [&] { return naming(in, [&] { return reader.next(picture); }); };
+  bool more = next();
+  naming(out, [&] {
+    OutputFile file(out);
+    for (; more; more = next()) {
+      std::vector<uint8_t> coded;
+      progress.measure([&] { coded = encoder.encode(picture); });
+      file.write(coded);
+      total += coded.size();
+      progress.picture();
+    }
+    file.commit();
+  });
   progress.finish(total);
 }
 
 void decode(const std::string& in, const std::string& out, bool conceal) {
   const FileBytes bytes(in);
-  const size_t size = std::span<const uint8_t>(bytes).size();
-  naming(in, [&] {
-    h261::Decoder decoder(bytes, conceal);
-    std::unique_ptr<OutputFile> file;
-    std::unique_ptr<Y4mWriter> writer;
-    Progress progress("decoding");
-    for (;;) {
-      bool more = false;
-      progress.measure([&] { more = decoder.next(); });
-      if (!more) break;
-      if (!file) {
-        file = std::make_unique<OutputFile>(out);
-        writer = std::make_unique<Y4mWriter>(*file, decoder.picture().width(), decoder.picture().height(),
-                                             FrameRate{}, "XCOLORRANGE=LIMITED");
-      }
-      writer->write(decoder.picture());
+  auto decoder = naming(in, [&] { return h261::Decoder(bytes, conceal); });
+  Progress progress("decoding");
+  const auto next = [&] {
+    bool more = false;
+    progress.measure([&] { more = naming(in, [&] { return decoder.next(); }); });
+    return more;
+  };
+  bool more = next();
+  if (!more) throw Failure(in + ": damaged H.261 stream: no picture in it");
+  naming(out, [&] {
+    OutputFile file(out);
+    Y4mWriter writer(file, decoder.picture().width(), decoder.picture().height(), FrameRate{}, studio_range);
+    for (; more; more = next()) {
+      writer.write(decoder.picture());
       progress.picture();
     }
-    if (!file) throw Failure("damaged H.261 stream: no picture in it");
-    for (const std::string& report : decoder.reports()) std::cerr << "pqxvideo: " << in << ": " << report << '\n';
-    file->commit();
-    progress.finish(size);
+    file.commit();
   });
+  for (const std::string& report : decoder.reports()) std::cerr << "pqxvideo: " << in << ": " << report << '\n';
+  progress.finish(std::span<const uint8_t>(bytes).size());
 }
 
 void make_pan(const std::string& in, const std::string& out, int width, int height, int frames) {
   const Image image = read_picture(in);
   const Pan pan = naming(in, [&] { return Pan(image, width, height); });
-  OutputFile file(out);
-  Y4mWriter writer(file, width, height, FrameRate{}, "XCOLORRANGE=LIMITED");
-  for (int k = 0; k < frames; ++k) writer.write(pan.frame(k));
-  file.commit();
+  naming(out, [&] {
+    OutputFile file(out);
+    Y4mWriter writer(file, width, height, FrameRate{}, studio_range);
+    for (int k = 0; k < frames; ++k) writer.write(pan.frame(k));
+    file.commit();
+  });
+}
+
+YuvPicture find_frame(std::span<const uint8_t> bytes, int number) {
+  YuvPicture picture;
+  if (is_y4m(bytes)) {
+    Y4mReader reader(bytes);
+    for (int k = 0; k <= number; ++k)
+      if (!reader.next(picture)) throw Failure("it has only " + std::to_string(k) + " pictures");
+    return picture;
+  }
+  h261::Decoder decoder(bytes);
+  for (int k = 0; k <= number; ++k)
+    if (!decoder.next()) throw Failure("it has only " + std::to_string(k) + " pictures");
+  return decoder.picture();
+}
+
+void show_frame(const std::string& in, const std::string& out, int number, int zoom) {
+  const FileBytes bytes(in);
+  write_picture(out, naming(in, [&] { return show(find_frame(bytes, number), zoom); }));
 }
 
 }  // namespace
@@ -112,7 +138,7 @@ std::vector<Command> add_video_commands(CLI::App& app) {
     std::string in, out, size = "cif";
     h261::EncoderOptions options;
     bool no_loop_filter = false, conceal = false;
-    int frames = 90;
+    int frames = 90, frame = 0, zoom = 1;
   };
   const auto a = std::make_shared<Arguments>();
 
@@ -141,12 +167,25 @@ std::vector<Command> add_video_commands(CLI::App& app) {
       ->capture_default_str();
   pan->add_option("--frames", a->frames, "Number of pictures")->check(CLI::Range(1, 100000))->capture_default_str();
 
+  CLI::App* const shown = app.add_subcommand("show", "Writes a picture of a clip as it is displayed.");
+  shown->add_option("IN", a->in, "Y4M file or H.261 stream")->required();
+  shown->add_option("OUT", a->out, "PNG or PNM file")
+      ->required()
+      ->check(CLI::Validator(
+          [](const std::string& path) {
+            return is_writable_kind(path) ? "" : path + ": the name must end in .png, .ppm, .pgm or .pnm";
+          },
+          "{PNG,PNM}"));
+  shown->add_option("--frame", a->frame, "Number of the picture, from 0")->check(CLI::NonNegativeNumber);
+  shown->add_option("--zoom", a->zoom, "Times its size")->check(CLI::Range(1, 3))->capture_default_str();
+
   return {{encoder,
            [a] {
              a->options.loop_filter = !a->no_loop_filter;
              encode(a->in, a->out, a->options);
            }},
           {decoder, [a] { decode(a->in, a->out, a->conceal); }},
+          {shown, [a] { show_frame(a->in, a->out, a->frame, a->zoom); }},
           {pan, [a] {
              const bool cif = a->size == "cif";
              make_pan(a->in, a->out, cif ? 352 : 176, cif ? 288 : 144, a->frames);
