@@ -99,6 +99,7 @@ struct SquareSource {
   }
   template <int bytes>
   auto means(int64_t k, int64_t turn) const {
+    if constexpr (bytes == 16) prefetch_ahead(upper + 2 * k, lower + 2 * k);
     return means_of_squares<bytes>(upper + 2 * k, lower + 2 * k, turn);
   }
 };
@@ -118,7 +119,7 @@ void store_outputs(Source source, int64_t n, T* dst) {
 /// Writes the means of a row of len samples. A destination that starts at a source row or before it never catches
 /// up with the reading; any other overlap takes the samples one after the other.
 template <class T, class Source>
-[[gnu::flatten]] pqx_Status down_sample(Source source, int len, T* dst) {
+[[gnu::flatten]] static pqx_Status down_sample(Source source, int len, T* dst) {
   // A group of four samples gives two outputs; what is left of a group gives one.
   const int64_t outputs = len <= 0 ? 0 : int64_t(len) / 4 * 2 + (len % 4 != 0);
   if (outputs >= shortest_covered<T> && source.may_run_ahead_of(dst, 2 * outputs * int64_t(sizeof(T))))

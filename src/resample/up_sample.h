@@ -36,7 +36,7 @@ inline int64_t repeated_samples(int len, int16_t) { return len >= 0 ? len : 0; }
 
 /// Repeats every sample of a row in each of the destinations.
 template <class T, class... Dst>
-[[gnu::flatten]] pqx_Status up_sample_nn(const T* src, int len, Dst*... dst) {
+[[gnu::flatten]] static pqx_Status up_sample_nn(const T* src, int len, Dst*... dst) {
   const int64_t n = repeated_samples(len, T());
   const auto piece = [=]<int bytes>(int64_t j) {
     const auto samples = load_bytes<bytes, LanesOf<T>>(src + j);
@@ -74,7 +74,7 @@ inline u8x16 in_unsigned_order(u8x16 samples) { return samples; }
 inline u16x8 in_unsigned_order(u16x8 samples) { return samples ^ all_u16(0x8000); }
 
 template <class T>
-[[gnu::flatten]] pqx_Status up_sample_422_bl(const T* src, int len, T* dst) {
+[[gnu::flatten]] static pqx_Status up_sample_422_bl(const T* src, int len, T* dst) {
   const int64_t n = len < 3 ? 2 : len;
   const auto sample = [=](int64_t j) { return load_one<T>(src + j); };
   const auto piece = [=]<int bytes>(int64_t j) {
@@ -161,11 +161,12 @@ void between_columns(const int16_t* prev, const int16_t* cur, const int16_t* nex
 }
 
 template <class T>
-[[gnu::flatten]] pqx_Status up_sample_420_bl(const T* prev, const T* cur, const T* next, int len, T* upper,
-                                             T* lower) {
+[[gnu::flatten]] static pqx_Status up_sample_420_bl(const T* prev, const T* cur, const T* next, int len, T* upper,
+                                                    T* lower) {
   const int64_t n = len < 3 ? 2 : len;
   const auto sum = [=](const T* far, int64_t j) { return 3 * load_one<T>(cur + j) + load_one<T>(far + j); };
   const auto piece = [=]<int bytes>(int64_t j) {
+    if constexpr (bytes == 16) prefetch_ahead(prev + j, cur + j, next + j, upper + 2 * j, lower + 2 * j);
     between_columns<bytes>(prev + j, cur + j, next + j, upper + 2 * j + 1, lower + 2 * j + 1);
   };
   const auto one = [=](int64_t j) {
