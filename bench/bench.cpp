@@ -125,7 +125,7 @@ void add(const std::string& family, const Line& line) {
   const auto setting = std::make_shared<Setting>(line.setting);
   const auto compared = std::make_shared<bool>(false);
 
-  // A contender is timed only where it yields what plain C does.
+  // Before its first timing, each contender is compared: ours with plain C, others with ours.
   const auto side = [=](bool ours) {
     return [=](benchmark::State& state) {
       in_new_thread(false, [&] {
