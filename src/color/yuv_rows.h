@@ -7,6 +7,7 @@
 #include "color/yuv_arithmetic.h"
 #include "common/lanes.h"
 #include "common/pixel_layout.h"
+#include "common/rows.h"
 #include "pqx_video.h"
 
 namespace pqx::yuv {
@@ -33,18 +34,18 @@ inline Rows operator+(const Rows& r, const Advance& by) {
   return {r.y + by.y, r.y_step, r.u + by.uv, r.v + by.uv, r.dst + by.dst, r.dst_step};
 }
 
-/// What sixteen pixels from x on have of samples that a group of pixels shares: sixteen or, in pairs, eight.
-template <int group>
-u8x16 samples(const uint8_t* p, int64_t x) {
-  const auto s = load_bytes<16 / group, u8x16>(p + uint64_t(x) / group);
-  return group == 4 ? interleave_low(s, s) : s;
+/// The samples of sixteen pixels of which so many have one in common: one for each pixel, else one for each pair.
+template <int shared>
+u8x16 samples(const uint8_t* p) {
+  const auto s = load_bytes<16 / shared, u8x16>(p);
+  return shared == 4 ? interleave_low(s, s) : s;
 }
 /// Likewise of the first eight and the last eight of n pixels.
-template <int group>
+template <int shared>
 u8x16 samples_of_ends(const uint8_t* p, int64_t n) {
-  const uint8_t* const last = p + uint64_t(n - 8) / group;
-  if constexpr (group == 1) return {_mm_unpacklo_epi64(load_half<u8x16>(p).v, load_half<u8x16>(last).v)};
-  if constexpr (group == 2) return {_mm_unpacklo_epi32(load_bytes<4, u8x16>(p).v, load_bytes<4, u8x16>(last).v)};
+  const uint8_t* const last = p + uint64_t(n - 8) / shared;
+  if constexpr (shared == 1) return {_mm_unpacklo_epi64(load_half<u8x16>(p).v, load_half<u8x16>(last).v)};
+  if constexpr (shared == 2) return {_mm_unpacklo_epi32(load_bytes<4, u8x16>(p).v, load_bytes<4, u8x16>(last).v)};
   const u8x16 s{_mm_cvtsi32_si128(load_one<uint16_t>(p) | load_one<uint16_t>(last) << 16)};
   return interleave_low(s, s);
 }
@@ -136,16 +137,22 @@ template <PixelLayout L, Sampling S, int zoom>
   // The last sixteen pixels may take in some of those before them once more.
   for (int64_t x = 0, next; x < n; x = next) {
     next = x + 32 <= n || x + 16 == n ? x + 16 : n - 16;
-    const Chroma<L, (S.columns > 1)> chroma(samples<S.columns>(rows.u, x), samples<S.columns>(rows.v, x));
+    const uint64_t group = uint64_t(x) / S.columns;
+    prefetch_ahead(rows.u + group, rows.v + group);
+    const Chroma<L, (S.columns > 1)> chroma(samples<S.columns>(rows.u + group), samples<S.columns>(rows.v + group));
 #pragma GCC unroll 2
     for (int row = 0; row < S.rows; ++row) {
-      const auto pixels = chroma.with(load<u8x16>(rows.y + row * rows.y_step + x));
+      const uint8_t* const luma = rows.y + row * rows.y_step + x;
       uint8_t* const dst = rows.dst + zoom * row * rows.dst_step + L.bytes * zoom * x;
-      if constexpr (zoom == 1)
+      prefetch_ahead(luma);
+      const auto pixels = chroma.with(load<u8x16>(luma));
+      if constexpr (zoom == 1) {
+        prefetch_ahead(dst);
         store_pixels<L.bytes>(dst, pixels, next == n);
-      else
+      } else {
 #pragma GCC unroll 4
         for (int k = 0; k < 4; ++k) store_squares<zoom>(dst + 16 * zoom * k, rows.dst_step, pixels.quad[k]);
+      }
     }
   }
 }
