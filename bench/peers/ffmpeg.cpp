@@ -24,23 +24,59 @@ Library ffmpeg_library() {
           }};
 }
 
+namespace {
+
+AVPixelFormat planar_format(const bench::Rows& rows) {
+  const bench::Plane &y = rows.in[0], &u = rows.in[1];
+  if (u.down) return AV_PIX_FMT_YUV420P;
+  return u.width == y.width ? AV_PIX_FMT_YUV444P : 2 * u.width >= y.width ? AV_PIX_FMT_YUV422P : AV_PIX_FMT_YUV411P;
+}
+
+AVPixelFormat packed_format(Packed packed) {
+  switch (packed) {
+    case Packed::rgb:
+      return AV_PIX_FMT_RGB24;
+    case Packed::argb:
+      return AV_PIX_FMT_ARGB;
+    case Packed::abgr:
+      return AV_PIX_FMT_ABGR;
+    case Packed::rgba:
+      return AV_PIX_FMT_RGBA;
+    default:
+      return AV_PIX_FMT_BGRA;
+  }
+}
+
+bench::Work swscale(const bench::Rows& rows, Packed packed, bool full_range) {
+  const bench::Plane &s = rows.in[0], &d = rows.out[0];
+  std::shared_ptr<SwsContext> context(sws_getContext(s.width, s.height, planar_format(rows), d.width, d.height,
+                                                     packed_format(packed), SWS_POINT, nullptr, nullptr, nullptr),
+                                      sws_freeContext);
+  const int* matrix = sws_getCoefficients(SWS_CS_ITU601);
+  sws_setColorspaceDetails(context.get(), matrix, full_range, matrix, 1, 0, 1 << 16, 1 << 16);
+  return bench::repeated([=] {
+    const uint8_t* in[] = {rows.in[0].row(0), rows.in[1].row(0), rows.in[2].row(0), nullptr};
+    const int in_steps[] = {rows.in[0].step, rows.in[1].step, rows.in[2].step, 0};
+    uint8_t* out[] = {rows.out[0].row(0), nullptr, nullptr, nullptr};
+    const int out_steps[] = {rows.out[0].step, 0, 0, 0};
+    sws_scale(context.get(), in, in_steps, 0, rows.height, out, out_steps);
+  });
+}
+
+}  // namespace
+
 bench::RowPeer swscale_from_ycc(Packed packed) {
   return {.library = "swscale", .difference = "", .tolerance = 2, .make = [=](const bench::Rows& rows) {
-            const AVPixelFormat from = rows.in[1].down ? AV_PIX_FMT_YUV420P : AV_PIX_FMT_YUV422P,
-                                to = packed == Packed::rgb ? AV_PIX_FMT_RGB24 : AV_PIX_FMT_BGRA;
-            std::shared_ptr<SwsContext> context(sws_getContext(rows.width, rows.height, from, rows.width, rows.height,
-                                                               to, SWS_POINT, nullptr, nullptr, nullptr),
-                                                sws_freeContext);
-            const int* matrix = sws_getCoefficients(SWS_CS_ITU601);
-            sws_setColorspaceDetails(context.get(), matrix, 1, matrix, 1, 0, 1 << 16, 1 << 16);
-            return bench::repeated([=] {
-              const uint8_t* in[] = {rows.in[0].row(0), rows.in[1].row(0), rows.in[2].row(0), nullptr};
-              const int in_steps[] = {rows.in[0].step, rows.in[1].step, rows.in[2].step, 0};
-              uint8_t* out[] = {rows.out[0].row(0), nullptr, nullptr, nullptr};
-              const int out_steps[] = {rows.out[0].step, 0, 0, 0};
-              sws_scale(context.get(), in, in_steps, 0, rows.height, out, out_steps);
-            });
+            return swscale(rows, packed, true);
           }};
+}
+
+// Our alpha is 0, that of others 255.
+bench::RowPeer swscale_from_yuv(Packed packed) {
+  return {.library = "swscale",
+          .difference = "",
+          .tolerance = packed == Packed::rgb ? 2.0 : 66.0,
+          .make = [=](const bench::Rows& rows) { return swscale(rows, packed, false); }};
 }
 
 namespace {

@@ -236,6 +236,8 @@ J_COLOR_SPACE color_space(Packed packed) {
       return JCS_EXT_XBGR;
     case Packed::bgra:
       return JCS_EXT_BGRX;
+    case Packed::rgba:
+      return JCS_EXT_RGBX;
     case Packed::cmyk:
       return JCS_CMYK;
   }

@@ -1,3 +1,5 @@
+#include <string.h>
+
 #include <opencv2/core.hpp>
 #include <opencv2/imgproc.hpp>
 
@@ -51,6 +53,25 @@ bench::RowPeer opencv_split() {
             for (int i = 0; i < rows.out_planes; ++i) planes.push_back(matrix(rows.out[size_t(i)], 1));
             return bench::repeated(
                 [=, pixels = matrix(rows.in[0], rows.out_planes)]() mutable { cv::split(pixels, planes); });
+          }};
+}
+
+bench::RowPeer opencv_from_yuv420(Packed packed) {
+  const bool rgb = packed == Packed::rgb;
+  return {.library = "OpenCV",
+          .difference = "",
+          .tolerance = rgb ? 2.0 : 66.0,  // our alpha is 0
+          .make = [=](const bench::Rows& rows) {
+            // It wants the planes one behind the other.
+            cv::Mat planes(rows.height * 3 / 2, rows.width, CV_8UC1);
+            uint8_t* next = planes.data;
+            for (int i = 0; i < 3; ++i)
+              for (int y = 0; y < rows.in[i].height; ++y, next += rows.in[i].width)
+                memcpy(next, rows.in[i].row(y).p, size_t(rows.in[i].width));
+            const bench::Plane& d = rows.out[0];
+            const cv::Mat pixels(d.height, d.width, rgb ? CV_8UC3 : CV_8UC4, d.row(0), size_t(d.step));
+            const int code = rgb ? cv::COLOR_YUV2RGB_I420 : cv::COLOR_YUV2RGBA_I420;
+            return bench::repeated([=]() mutable { cv::cvtColor(planes, pixels, code); });
           }};
 }
 

@@ -47,7 +47,7 @@ bench::RowPeer libyuv_planes(F* f, double tolerance, const char* difference = ""
       }};
 }
 
-enum class Packed { rgb, argb, abgr, bgra, cmyk };
+enum class Packed { rgb, argb, abgr, bgra, rgba, cmyk };
 
 bench::RowPeer libyuv_from_ycc(Packed, decltype(libyuv::I444ToARGBMatrix)*);
 bench::RowPeer libyuv_from_ycc(Packed, decltype(libyuv::I420ToARGBMatrixFilter)*);
@@ -55,6 +55,9 @@ bench::RowPeer libyuv_from_ycc(Packed, decltype(libyuv::I420ToARGBMatrixFilter)*
 bench::RowPeer libjpeg_turbo_to_ycc(Packed);
 bench::RowPeer libjpeg_turbo_from_ycc(Packed, Scaling = Scaling::nearest);
 bench::RowPeer swscale_from_ycc(Packed);
+/// Studio range, of any sub-sampling and at any size.
+bench::RowPeer swscale_from_yuv(Packed);
+bench::RowPeer opencv_from_yuv420(Packed);
 bench::RowPeer opencv_merge();
 bench::RowPeer opencv_split();
 
