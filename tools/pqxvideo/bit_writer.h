@@ -11,23 +11,27 @@ namespace pqxvideo::jpeg {
 struct BitCursor {
   uint8_t* next;
   uint64_t pending = 0;
-  int count = 0;  // bits in `pending` not yet moved on, below 32 between calls
+  int free = 64;  // bits of `pending`, 1..64 between calls
 
   /// Appends the lowest n bits, 0 <= n <= 32, above which there must be no others.
   void put(uint32_t bits, int n) {
-    pending = pending << n | bits;
-    count += n;
-    if (count < 32) return;
-    count -= 32;
-    const uint32_t word = __builtin_bswap32(uint32_t(pending >> count));
+    free -= n;
+    if (free > 0) {
+      pending = pending << n | bits;
+      return;
+    }
+    const uint64_t word = __builtin_bswap64(pending << (n + free) | bits >> -free);
     std::memcpy(next, &word, sizeof word);
     next += sizeof word;
+    free += 64;
+    pending = bits;
   }
 
-  /// Fills up the last byte with ones.
-  void align() {
-    put((1u << (-count & 7)) - 1, -count & 7);
-    for (; count > 0; count -= 8) *next++ = uint8_t(pending >> (count - 8));
+  /// Fills up the last byte with ones and moves everything on.
+  void finish() {
+    const int gap = free % 8;
+    put((1u << gap) - 1, gap);
+    for (; free < 64; free += 8) *next++ = uint8_t(pending >> (56 - free));
   }
 };
 

@@ -46,7 +46,7 @@ struct SizedNumber {
   explicit SizedNumber(int value) {
     const int sign = value >> 31;
     const uint32_t magnitude = uint32_t((value ^ sign) - sign);
-    size = 31 - __builtin_clz(magnitude << 1 | 1);
+    size = __builtin_clz(magnitude << 1 | 1) ^ 31;
     bits = uint32_t(value + sign) & ((1u << size) - 1);
   }
 };

@@ -105,7 +105,7 @@ std::vector<uint8_t> Encoder::encode() {
   std::array<CodeWriter, 2> writers{CodeWriter{HuffmanEncoder(dc_specs_[0]), HuffmanEncoder(ac_specs_[0]), &buffer},
                                     CodeWriter{HuffmanEncoder(dc_specs_[1]), HuffmanEncoder(ac_specs_[1]), &buffer}};
   code_rows(writers, [&] { buffer.drain(out_); });
-  buffer.cursor().align();
+  buffer.cursor().finish();
   buffer.drain(out_);
   out_.insert(out_.end(), {0xFF, EOI});
   return std::move(out_);

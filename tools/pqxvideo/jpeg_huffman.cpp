@@ -85,23 +85,33 @@ HuffmanDecoder::HuffmanDecoder(const HuffmanSpec& spec, Kind kind) : symbols_(sp
     for (int i = 0; i < spec.counts[size_t(length - 1)]; ++i, ++code, ++index) {
       if (code >> length) throw Failure("damaged JPEG: impossible Huffman table");
       if (length > look_ahead) continue;
-      // Every continuation of a short code; its number is part of the entry if it still fits.
+      // Every continuation of a short code.
       const int symbol = symbols_[size_t(index)], size = size_of(symbol), rest = look_ahead - length;
-      if (size > rest) continue;
-      for (uint32_t tail = 0; tail < 1u << rest; ++tail)
-        short_codes_[code << rest | tail] = {int16_t(signed_number(tail >> (rest - size), size)),
-                                             uint8_t(run_of(symbol)), uint8_t(length + size)};
+      for (uint32_t tail = 0; tail < 1u << rest; ++tail) {
+        Coefficient& entry = short_codes_[code << rest | tail];
+        if (size > rest) {
+          entry = {int16_t(length), uint8_t(symbol), 0};
+        } else {
+          entry = {int16_t(signed_number(tail >> (rest - size), size)), uint8_t(run_of(symbol)),
+                   uint8_t(length + size)};
+        }
+      }
     }
     limits_[size_t(length)] = code << (16 - length);
   }
 }
 
-HuffmanDecoder::Coefficient HuffmanDecoder::decode_long(uint64_t ready) const {
-  const uint32_t next = uint32_t(ready >> 48);
-  size_t length = 1;
-  while (length <= 16 && next >= limits_[length]) ++length;
-  if (length > 16) throw Failure("damaged JPEG: bits that are no Huffman code");
-  const int symbol = symbols_[size_t(int(next >> (16 - length)) + offsets_[length])], size = size_of(symbol);
+HuffmanDecoder::Coefficient HuffmanDecoder::decode_long(uint64_t ready, Coefficient hint) const {
+  size_t length = size_t(hint.value);
+  int symbol = hint.run;
+  if (length == 0) {
+    const uint32_t next = uint32_t(ready >> 48);
+    length = look_ahead + 1;
+    while (length <= 16 && next >= limits_[length]) ++length;
+    if (length > 16) throw Failure("damaged JPEG: bits that are no Huffman code");
+    symbol = symbols_[size_t(int(next >> (16 - length)) + offsets_[length])];
+  }
+  const int size = size_of(symbol);
   if (size > (kind_ == Kind::dc ? max_dc_size : max_ac_size))
     throw Failure("damaged JPEG: a coefficient beyond 8-bit samples");
   const uint64_t number = size == 0 ? 0 : ready << length >> (64 - size);

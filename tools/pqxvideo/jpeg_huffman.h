@@ -38,7 +38,7 @@ class HuffmanDecoder {
   struct Coefficient {
     int16_t value;
     uint8_t run;
-    uint8_t bits;  // taken by the code and the number; 0: not in the table of short codes
+    uint8_t bits;  // taken by the code and the number
   };
 
   HuffmanDecoder() = default;
@@ -49,7 +49,7 @@ class HuffmanDecoder {
   Coefficient decode(BitReader& bits) const {
     Coefficient c = short_codes_[bits.peek(look_ahead)];
     if (c.bits == 0) [[unlikely]]
-      c = decode_long(bits.ready());
+      c = decode_long(bits.ready(), c);
     bits.skip(c.bits);
     return c;
   }
@@ -59,8 +59,10 @@ class HuffmanDecoder {
 
   int run_of(int symbol) const { return kind_ == Kind::dc ? 0 : symbol >> 4; }
   int size_of(int symbol) const { return kind_ == Kind::dc ? symbol : symbol & 15; }
-  Coefficient decode_long(uint64_t ready) const;
+  Coefficient decode_long(uint64_t ready, Coefficient hint) const;
 
+  // By the next bits. If they hold a code but not all of its number, its symbol stands for the run and its length
+  // for the value; if not even a code, all is 0.
   std::array<Coefficient, 1 << look_ahead> short_codes_{};
   // By code length: the first 16 bits that are above all codes of that length, and what leads from code to symbol.
   std::array<uint32_t, 17> limits_{};
