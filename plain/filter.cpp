@@ -5,28 +5,26 @@ namespace plain {
 namespace {
 
 /// The samples of a block with its inner columns, then its inner rows, filtered by 1, 2, 1.
-template <class Put>
-pqx_Status loop_filter(const uint8_t* src, int64_t step, Put put) {
-  int h[8][8];  // four times the row-filtered samples
-  for (int r = 0; r < 8; ++r)
-    for (int c = 0; c < 8; ++c) {
-      const uint8_t* s = src + r * step + c;
-      h[r][c] = c == 0 || c == 7 ? 4 * s[0] : s[-1] + 2 * s[0] + s[1];
-    }
-  for (int r = 0; r < 8; ++r)
-    for (int c = 0; c < 8; ++c)
-      put(r, c, r == 0 || r == 7 ? (h[r][c] + 2) >> 2 : (h[r - 1][c] + 2 * h[r][c] + h[r + 1][c] + 8) >> 4);
+template <class T>
+[[gnu::noinline]] pqx_Status loop_filter(const uint8_t* src, int64_t step, T* dst, int64_t dst_step) {
+  int16_t h[8][8];  // four times the row-filtered samples
+  for (int r = 0; r < 8; ++r, src += step) {
+    h[r][0] = int16_t(4 * src[0]);
+    for (int c = 1; c < 7; ++c) h[r][c] = int16_t(src[c - 1] + 2 * src[c] + src[c + 1]);
+    h[r][7] = int16_t(4 * src[7]);
+  }
+  for (int c = 0; c < 8; ++c) dst[c] = T((h[0][c] + 2) >> 2);
+  for (int r = 1; r < 7; ++r)
+    for (int c = 0; c < 8; ++c) dst[r * dst_step + c] = T((h[r - 1][c] + 2 * h[r][c] + h[r + 1][c] + 8) >> 4);
+  for (int c = 0; c < 8; ++c) dst[7 * dst_step + c] = T((h[7][c] + 2) >> 2);
   return PQX_OK;
 }
 
 }  // namespace
 
-pqx_Status P64Loop_8U(const uint8_t* pSrc, uint8_t* pDst, int step) {
-  return loop_filter(pSrc, step, [=](int64_t r, int c, int sample) { pDst[r * step + c] = uint8_t(sample); });
-}
+pqx_Status P64Loop_8U(const uint8_t* pSrc, uint8_t* pDst, int step) { return loop_filter(pSrc, step, pDst, step); }
 pqx_Status P64Loop_8U_16S(const uint8_t* pSrc, int srcStep, int16_t* pDst) {
-  AnyAddress16* dst = any_address(pDst);
-  return loop_filter(pSrc, srcStep, [=](int r, int c, int sample) { dst[8 * r + c] = AnyAddress16(sample); });
+  return loop_filter(pSrc, srcStep, any_address(pDst), 8);
 }
 
 pqx_Status P64Decimate_8U(const uint8_t* pSrc, int srcStep, uint8_t* pDst, int dstStep, int width, int height) {

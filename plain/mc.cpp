@@ -143,18 +143,20 @@ constexpr uint8_t horizontal_weights[8][8] = {
 
 /// The predictions around a block, in the order of the arguments: its own, above, below, left, right.
 template <class T>
-pqx_Status overlapped(const uint8_t* __restrict ref, int step, const int (&position)[5][2], T* __restrict dst,
-                      int64_t dst_step) {
-  const uint8_t* origin[5];
-  for (int k = 0; k < 5; ++k) origin[k] = ref + int32_t(uint32_t(position[k][1]) * uint32_t(step)) + position[k][0];
-  for (int64_t r = 0; r < 8; ++r)
-    for (int64_t c = 0; c < 8; ++c) {
-      const int64_t at = 2 * r * step + 2 * c;
-      const int own = origin[0][at], vertical = origin[r < 4 ? 1 : 2][at], horizontal = origin[c < 4 ? 3 : 4][at];
-      dst[r * dst_step + c] = T(
-          (own_weights[r][c] * own + vertical_weights[r][c] * vertical + horizontal_weights[r][c] * horizontal + 4) >>
-          3);
+[[gnu::noinline]] pqx_Status overlapped(const uint8_t* __restrict ref, int step, const int (&position)[5][2],
+                                        T* __restrict dst, int64_t dst_step) {
+  const uint8_t* at[5];
+  for (int k = 0; k < 5; ++k) at[k] = ref + int32_t(uint32_t(position[k][1]) * uint32_t(step)) + position[k][0];
+  for (int r = 0; r < 8; ++r, dst += dst_step) {
+    const int64_t row = 2 * r * int64_t(step);
+    const uint8_t *own = at[0] + row, *vertical = at[r < 4 ? 1 : 2] + row;
+    for (int c = 0; c < 8; ++c) {
+      const uint8_t* horizontal = at[c < 4 ? 3 : 4] + row;
+      dst[c] = T((own_weights[r][c] * own[2 * c] + vertical_weights[r][c] * vertical[2 * c] +
+                  horizontal_weights[r][c] * horizontal[2 * c] + 4) >>
+                 3);
     }
+  }
   return PQX_OK;
 }
 
