@@ -26,6 +26,12 @@ inline u8x16 load_piece<2>(const uint8_t* p) {
   return {_mm_cvtsi32_si128(load_one<uint16_t>(p))};
 }
 
+/// Samples in a register for good: the compiler would rather load them again for each of their uses.
+inline u8x16 loaded_once(u8x16 samples) {
+  asm("" : "+x"(samples.v));
+  return samples;
+}
+
 template <int n>
 void store_piece(uint8_t* p, u8x16 samples);
 template <>

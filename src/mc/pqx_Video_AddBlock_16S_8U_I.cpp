@@ -25,9 +25,9 @@ i16x8 sum(const int16_t* residuals, const uint8_t* samples) {
 
 pqx_Status pqx_Video_AddBlock_16S_8U_I(const int16_t* pSrc, uint8_t* pSrcDst, int step) {
   using namespace pqx::mc;
-  const bool rows_overlap = step > -8 && step < 8;
-  if (rows_overlap || !disjoint(extent(pSrcDst, step, 8, 8), extent(pSrc, 16, 16, 8)))
-    return add_in_order(pSrc, pSrcDst, step);
+  const Extent picture = extent(pSrcDst, step, 8, 8);
+  const bool rows_overlap = picture.bytes < 8 * 8;
+  if (rows_overlap || !disjoint(picture, extent(pSrc, 16, 16, 8))) return add_in_order(pSrc, pSrcDst, step);
   uint8_t* upper = pSrcDst;
 #pragma GCC unroll 4
   for (int y = 0; y < 8; y += 2, upper += 2 * int64_t(step)) {

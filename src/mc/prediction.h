@@ -39,7 +39,7 @@ struct Square {
   }
   template <int n>
   static Row row(const uint8_t* p) {
-    return row(load_piece<n>(p), load_piece<n>(p + 1));
+    return row(loaded_once(load_piece<n>(p)), loaded_once(load_piece<n>(p + 1)));
   }
   static u8x16 between(Row upper, Row lower) {
     return mean_up(upper.down, lower.up - u8x16{_mm_andnot_si128(upper.rounded.v, lower.rounded.v)});
