@@ -12,7 +12,12 @@ namespace pqx::yuv {
 struct Form {
   int shift, bias, factor, excess;
 
-  u16x8 operand(u16x8 x) const { return (x << shift) + all_u16(bias); }
+  /// Of samples to which part of the bias, if there is any, has been added before.
+  u16x8 operand(u16x8 x, int added = 0) const {
+    const u16x8 shifted = shift == 0 ? x : shift == 1 ? x + x : x << shift;
+    const int rest = bias - (added << shift);
+    return rest == 0 ? shifted : shifted + all_u16(rest);
+  }
   u16x8 product(u16x8 operand) const { return high_product(operand, all_u16(factor)); }
 
   constexpr bool gives(auto table) const {
@@ -91,18 +96,11 @@ struct Halves {
 
 template <PixelLayout L>
 Halves<u16x8> operands(const Form& form, u8x16 x) {
+  if constexpr (L.bytes == 3) return {form.operand(even_bytes(x)), form.operand(odd_bytes(x))};
   // Where bytes become words by a byte of our choice, most of the bias comes with it.
-  const int high_byte = form.bias >> (8 + form.shift), rest = form.bias - (high_byte << (8 + form.shift));
-  auto scaled = [&](u16x8 words) {
-    if (form.shift == 1) words = words + words;
-    if (form.shift > 1) words = words << form.shift;
-    return rest ? words + all_u16(rest) : words;
-  };
-  if constexpr (L.bytes == 3)
-    return {scaled(even_bytes(x) + all_u16(high_byte << 8)), scaled(odd_bytes(x) + all_u16(high_byte << 8))};
-  else
-    return {scaled(as<u16x8>(interleave_low(x, all_u8(high_byte)))),
-            scaled(as<u16x8>(interleave_high(x, all_u8(high_byte))))};
+  const int high_byte = form.bias >> (8 + form.shift), added = high_byte << 8;
+  return {form.operand(as<u16x8>(interleave_low(x, all_u8(high_byte))), added),
+          form.operand(as<u16x8>(interleave_high(x, all_u8(high_byte))), added)};
 }
 
 /// From values for pairs of pixels.

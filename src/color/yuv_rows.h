@@ -182,7 +182,7 @@ template <PixelLayout L, Sampling S, int zoom = 1>
     for (; count > 0; --count, rows = rows + next) convert_wide<L, S, zoom>(rows, n);
   } else if (n >= 8) {
     for (; count > 0; --count, rows = rows + next) convert_ends<L, S, zoom>(rows, n);
-  } else {
+  } else if (n > 0) {
     for (; count > 0; --count, rows = rows + next)
       for (int64_t x = 0; x < n; x += S.columns) convert_group<L, S, zoom>(rows, x);
   }
