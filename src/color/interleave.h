@@ -17,13 +17,10 @@ struct ByteChannels {
   static constexpr int run = 16, bytes = n;
   u8x16 plane[n];
 
-  static ByteChannels load_planes(const uint8_t* const* src, int64_t i) {
-    ByteChannels c;
-    for (int k = 0; k < n; ++k) c.plane[k] = load<u8x16>(src[k] + i);
-    return c;
-  }
-  void store_planes(uint8_t* const* dst, int64_t i) const {
-    for (int k = 0; k < n; ++k) store(dst[k] + i, plane[k]);
+  static ByteChannels load_planes(int64_t i, const auto*... src) { return {load<u8x16>(src + i)...}; }
+  void store_planes(int64_t i, auto*... dst) const {
+    int k = 0;
+    (store(dst + i, plane[k++]), ...);
   }
 
   static ByteChannels load_pixels(const uint8_t* p) {
@@ -67,13 +64,10 @@ struct WordChannels {
   static constexpr int run = 8, bytes = 2 * n;
   u16x8 plane[n];
 
-  static WordChannels load_planes(const int16_t* const* src, int64_t i) {
-    WordChannels c;
-    for (int k = 0; k < n; ++k) c.plane[k] = load<u16x8>(src[k] + i);
-    return c;
-  }
-  void store_planes(int16_t* const* dst, int64_t i) const {
-    for (int k = 0; k < n; ++k) store(dst[k] + i, plane[k]);
+  static WordChannels load_planes(int64_t i, const auto*... src) { return {load<u16x8>(src + i)...}; }
+  void store_planes(int64_t i, auto*... dst) const {
+    int k = 0;
+    (store(dst + i, plane[k++]), ...);
   }
 
   static WordChannels load_pixels(const uint8_t* p) {
@@ -83,6 +77,7 @@ struct WordChannels {
       c = {as_unsigned(pack(low << 16 >> 16, high << 16 >> 16)), as_unsigned(pack(low >> 16, high >> 16))};
     } else {
       const PixelPairs<n> pixels = load_pixel_pairs<n>(p);
+#pragma GCC unroll 4
       for (int k = 0; k < n; ++k) c.plane[k] = pixels.words[k];
     }
     return c;
@@ -117,32 +112,36 @@ void cover_runs(int64_t n, auto run) {
 }
 
 template <class T, class... Planes>
-pqx_Status merge(int len, T* dst, const Planes*... planes) {
+[[gnu::flatten]] pqx_Status merge(int len, T* dst, const Planes*... planes) {
   constexpr int n = sizeof...(planes);
   using Run = ChannelsOf<T, n>;
-  const T* const src[n] = {planes...};
   auto* const pixels = reinterpret_cast<uint8_t*>(dst);
   if (len >= Run::run) {
-    cover_runs<Run::run>(
-        len, [&](int64_t i) { Run::load_planes(src, i).store_pixels(pixels + i * Run::bytes, i + Run::run == len); });
+    cover_runs<Run::run>(len, [=](int64_t i) {
+      Run::load_planes(i, planes...).store_pixels(pixels + i * Run::bytes, i + Run::run == len);
+    });
   } else {
-    for (int64_t i = 0; i < len; ++i)
-      for (int k = 0; k < n; ++k) store_one(dst + n * i + k, load_one<T>(src[k] + i));
+    for (int64_t i = 0; i < len; ++i) {
+      T* pixel = dst + n * i;
+      (store_one(pixel++, load_one<T>(planes + i)), ...);
+    }
   }
   return PQX_OK;
 }
 
 template <class T, class... Planes>
-pqx_Status split(const T* src, int len, Planes*... planes) {
+[[gnu::flatten]] pqx_Status split(const T* src, int len, Planes*... planes) {
   constexpr int n = sizeof...(planes);
   using Run = ChannelsOf<T, n>;
-  T* const dst[n] = {planes...};
   auto* const pixels = reinterpret_cast<const uint8_t*>(src);
   if (len >= Run::run) {
-    cover_runs<Run::run>(len, [&](int64_t i) { Run::load_pixels(pixels + i * Run::bytes).store_planes(dst, i); });
+    cover_runs<Run::run>(len,
+                         [=](int64_t i) { Run::load_pixels(pixels + i * Run::bytes).store_planes(i, planes...); });
   } else {
-    for (int64_t i = 0; i < len; ++i)
-      for (int k = 0; k < n; ++k) store_one(dst[k] + i, load_one<T>(src + n * i + k));
+    for (int64_t i = 0; i < len; ++i) {
+      const T* pixel = src + n * i;
+      (store_one(planes + i, load_one<T>(pixel++)), ...);
+    }
   }
   return PQX_OK;
 }

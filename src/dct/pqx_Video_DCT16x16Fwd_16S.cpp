@@ -23,6 +23,7 @@ struct FourLines {
 // transform of the same kind, their differences the odd outputs.
 FourLines transform(const FourLines& x) {
   f32x4 s[8], d[8];
+#pragma GCC unroll 8
   for (int n = 0; n < 8; ++n) {
     s[n] = x.at[n] + x.at[15 - n];
     d[n] = x.at[n] - x.at[15 - n];
