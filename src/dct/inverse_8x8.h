@@ -21,9 +21,9 @@ inline Negated operator-(Zero, f64x2 a) { return {a}; }
 inline f64x2 operator+(Negated a, f64x2 b) { return b - a.of; }
 inline f64x2 operator-(f64x2 a, Negated b) { return a + b.of; }
 
-template <class Upper>
+template <class Upper, class Last>
 [[gnu::always_inline]] inline Eight<f64x2> inverse_pass(const Cosines& k, f64x2 X0, f64x2 X1, f64x2 X2, f64x2 X3,
-                                                        Upper X4, Upper X5, Upper X6, Upper X7) {
+                                                        Upper X4, Upper X5, Upper X6, Last X7) {
   const auto a = X1 * k.c7 - X7 * k.c1, b = X7 * k.c7 + X1 * k.c1, c = X3 * k.c3 + X5 * k.c5;
   const auto d = X5 * k.c3 - X3 * k.c5;
   const auto e = X0 + X4, f = X0 - X4, g = X2 * k.c6 - X6 * k.c2, h = X6 * k.c6 + X2 * k.c2;

@@ -1,48 +1,54 @@
 #include "common/export.h"
-#include "common/lanes.h"
+#include "dct/inverse_8x8.h"
 
 namespace pqx::dct {
 namespace {
 
-constexpr double c1 = 0.4903926402016152, c2 = 0.46193976625564337, c3 = 0.4157348061512726, c4i = 0.35355339,
-                 c5 = 0.27778511650980114, c6 = 0.19134171618254492, c7 = 0.09754516100806417,
-                 r2 = 0.7071067811865476;
+/// The upper half of the last column after its pass over coefficient 63 alone; the lower half mirrors it with the sign
+/// changed.
+struct LastColumn {
+  double y0, y1, y2, y3;
 
-void pass(const double (&X)[8], double (&x)[8]) {
-  const double a = X[1] * c7 - X[7] * c1, b = X[7] * c7 + X[1] * c1, c = X[3] * c3, d = 0 - X[3] * c5;
-  const double g = X[2] * c6, h = X[2] * c2, e = X[0] * c4i;
-  const double p = c + b, q = (b - c) * r2, r = d + a, t = (a - d) * r2, u = t + q, w = q - t;
-  const double s0 = h + e, s3 = e - h, s1 = g + e, s2 = e - g;
-  x[0] = p + s0, x[1] = u + s1, x[2] = w + s2, x[3] = r + s3;
-  x[4] = s3 - r, x[5] = s2 - w, x[6] = s1 - u, x[7] = s0 - p;
+  constexpr explicit LastColumn(int coefficient)
+      : y0(coefficient * 0.09754516100806417), y3(coefficient * -0.4903926402016152) {
+    constexpr double root = 0.7071067811865476;
+    y1 = root * y3 + y0 * root;
+    y2 = y0 * root - root * y3;
+  }
+};
+// A coefficient of 1 meets the cosines themselves, each rounded once.
+constexpr LastColumn unit(1);
+static_assert(unit.y0 == 0.09754516100806417 && unit.y1 == -0.2777851165098011 && unit.y2 == 0.4157348061512727 &&
+              unit.y3 == -0.4903926402016152);
+
+pqx_Status inverse_of_quarter_and_last(const int16_t* src, Residuals output) {
+  const LastColumn last(load_one<int16_t>(src + 63));
+  const f64x2 last_rows[] = {{_mm_setr_pd(last.y0, last.y1)},
+                             {_mm_setr_pd(last.y2, last.y3)},
+                             {_mm_setr_pd(-last.y3, -last.y2)},
+                             {_mm_setr_pd(-last.y1, -last.y0)}};
+  Eight<f64x2> pair[2];
+  load_column_pairs<4, 4>(src, Residuals::dc_bias, pair);
+  for (Eight<f64x2>& two : pair) two = inverse_pass<4>(inverse_cosines, two);
+#pragma GCC unroll 4
+  for (int y = 0; y < 8; y += 2) {
+    const Eight<f64x2> x = row_pair<4>(pair, y);
+    const Eight<f64x2> z =
+        inverse_pass(inverse_cosines, x.at[0], x.at[1], x.at[2], x.at[3], Zero(), Zero(), Zero(), last_rows[y / 2]);
+    i32x4 result[8];
+#pragma GCC unroll 8
+    for (int k = 0; k < 8; ++k) result[k] = Residuals::truncated(z.at[k]);
+    output.put_two_rows(y, result);
+  }
+  return PQX_OK;
 }
-
-// The last column for a coefficient of 1, correctly rounded.
-constexpr double unit_column[8] = {0.09754516100806417, -0.2777851165098011, 0.4157348061512727,
-                                   -0.4903926402016152, 0.4903926402016152,  -0.4157348061512727,
-                                   0.2777851165098011,  -0.09754516100806417};
 
 }  // namespace
 }  // namespace pqx::dct
 
 pqx_Status pqx_Video_DCT8x8Inv_1Q_Mismatch_16S(const int16_t* pSrc, int16_t* pDst) {
   using namespace pqx::dct;
-  double columns[8][8] = {};
-  for (int v = 0; v < 4; ++v) {
-    double X[8] = {};
-    for (int u = 0; u < 4; ++u) X[u] = pqx::load_one<int16_t>(pSrc + 8 * u + v);
-    if (v == 0) X[0] += 16388;
-    pass(X, columns[v]);
-  }
-  const int last = pqx::load_one<int16_t>(pSrc + 63);
-  pass({0, 0, 0, 0, 0, 0, 0, double(last)}, columns[7]);
-  if (last == 1) memcpy(columns[7], unit_column, sizeof unit_column);
-  for (int y = 0; y < 8; ++y) {
-    double X[8], x[8];
-    for (int v = 0; v < 8; ++v) X[v] = columns[v][y];
-    pass(X, x);
-    for (int i = 0; i < 8; ++i) pqx::store_one(pDst + 8 * y + i, int16_t(int32_t(x[i]) - 2048));
-  }
-  return PQX_OK;
+  if (pqx::load_one<int16_t>(pSrc + 63) == 0) return inverse_of_corner<4, 4>(pSrc, Residuals{pDst});
+  return inverse_of_quarter_and_last(pSrc, Residuals{pDst});
 }
 PQX_SECOND_NAME(pqx_Video_DCT8x8Inv_1Q_Mismatch_16S);
