@@ -168,13 +168,8 @@ TEST(Tool, ReportsErrorsInOneLineAndLeavesNothing) {
   bytes[bytes.size() / 2] ^= 1;
   write_bytes(place / "damaged.png", bytes);
   write_bytes(place / "empty.jpg", {});
-  const std::vector<std::string> before = place.files();
 
-  const struct {
-    const char* command;
-    int status;
-    const char *file, *reason;
-  } cases[] = {
+  const FailingCommand cases[] = {
       {"jpeg decode {half.jpg} {out.ppm}", 1, "half.jpg", "truncated"},
       {"jpeg decode {endless.jpg} {out.ppm}", 1, "endless.jpg", "truncated"},
       {"jpeg decode {damaged.jpg} {out.png}", 1, "damaged.jpg", "damaged"},
@@ -208,15 +203,7 @@ TEST(Tool, ReportsErrorsInOneLineAndLeavesNothing) {
       {"jpeg", 2, "", "subcommand"},
       {"", 2, "", "subcommand"},
   };
-  for (const auto& [command, status, file, reason] : cases) {
-    const Outcome outcome = run(place, std::string(PQXVIDEO) + " " + command);
-    EXPECT_EQ(outcome.status, status) << command;
-    EXPECT_EQ(outcome.out, "") << command;
-    EXPECT_NE(outcome.errors.find(file), std::string::npos) << command << ": " << outcome.errors;
-    EXPECT_NE(outcome.errors.find(reason), std::string::npos) << command << ": " << outcome.errors;
-    EXPECT_EQ(std::count(outcome.errors.begin(), outcome.errors.end(), '\n'), 1) << command << ": " << outcome.errors;
-    EXPECT_EQ(place.files(), before) << command;
-  }
+  expect_failures(place, cases);
   // What stood under the name before stays.
   run(place, std::string(PQXVIDEO) + " jpeg decode {half.jpg} {other.ppm}");
   EXPECT_EQ(compare(read_picture(place / "other.ppm"), make_picture(41, 30, 3)).largest_of_all(), 0);

@@ -138,14 +138,14 @@ TEST(Jpeg, OptimalCodesHaveAtMost16Bits) {
     std::array<int64_t, 256> frequencies{};
     for (size_t i = 0; i < symbols; ++i)
       frequencies[255 - i] = i < 2 ? 1 : frequencies[256 - i] + frequencies[257 - i];
-    const jpeg::HuffmanSpec spec = jpeg::optimal_table(frequencies);
-    EXPECT_EQ(spec.size(), int(symbols));
+    const jpeg::HuffmanSpec table = jpeg::optimal_table(frequencies);
+    EXPECT_EQ(table.size(), int(symbols));
 
     double space = 0;
-    for (size_t i = 0; i < 16; ++i) space += spec.counts[i] * std::ldexp(1.0, -int(i) - 1);
+    for (size_t i = 0; i < 16; ++i) space += table.counts[i] * std::ldexp(1.0, -int(i) - 1);
     EXPECT_LE(space, 1 - std::ldexp(1.0, -16)) << "no room for the code of ones with " << symbols << " symbols";
     for (size_t i = 1; i < symbols; ++i)
-      EXPECT_GE(frequencies[spec.symbols[i - 1]], frequencies[spec.symbols[i]])
+      EXPECT_GE(frequencies[table.symbols[i - 1]], frequencies[table.symbols[i]])
           << "a frequent symbol behind a rare one";
   }
 }

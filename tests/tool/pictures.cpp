@@ -1,5 +1,6 @@
 #include "pictures.h"
 
+#include <gtest/gtest.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -64,6 +65,19 @@ Outcome run(const Workplace& place, std::string command) {
     return std::string(bytes.begin(), bytes.end());
   };
   return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, text("out"), text("errors")};
+}
+
+void expect_failures(const Workplace& place, std::span<const FailingCommand> commands) {
+  const std::vector<std::string> before = place.files();
+  for (const auto& [command, status, file, reason] : commands) {
+    const Outcome outcome = run(place, std::string(PQXVIDEO) + " " + command);
+    EXPECT_EQ(outcome.status, status) << command;
+    EXPECT_EQ(outcome.out, "") << command;
+    EXPECT_NE(outcome.errors.find(file), std::string::npos) << command << ": " << outcome.errors;
+    EXPECT_NE(outcome.errors.find(reason), std::string::npos) << command << ": " << outcome.errors;
+    EXPECT_EQ(std::count(outcome.errors.begin(), outcome.errors.end(), '\n'), 1) << command << ": " << outcome.errors;
+    EXPECT_EQ(place.files(), before) << command;
+  }
 }
 
 Image judge(const Bytes& jpeg, bool smooth) {

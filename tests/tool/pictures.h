@@ -3,6 +3,7 @@
 
 #include <filesystem>
 #include <random>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -41,6 +42,15 @@ struct Outcome {
 
 /// Runs a shell command; "{name}" in it stands for that file of the workplace.
 Outcome run(const Workplace& place, std::string command);
+
+/// A command that must fail, with the file and the reason that its one line of error names.
+struct FailingCommand {
+  const char* command;
+  int status;
+  const char *file, *reason;
+};
+/// Expects each to fail as told and to leave no file behind.
+void expect_failures(const Workplace& place, std::span<const FailingCommand> commands);
 
 /// What djpeg -dct float makes of a JPEG file.
 pqxvideo::Image judge(const Bytes& jpeg, bool smooth);

@@ -195,11 +195,11 @@ void Decoder::read_huffman_tables(Segment segment) {
   while (!segment.empty()) {
     const int kind = segment.byte(), table_class = kind >> 4, index = kind & 15;
     if (table_class > 1 || index > 3) damaged("impossible Huffman table");
-    HuffmanSpec spec;
-    std::ranges::copy(segment.take(16), spec.counts.begin());
-    if (spec.size() > 256) damaged("impossible Huffman table");
-    std::ranges::copy(segment.take(size_t(spec.size())), spec.symbols.begin());
-    (table_class == 0 ? dc_specs_ : ac_specs_)[size_t(index)] = spec;
+    HuffmanSpec table;
+    std::ranges::copy(segment.take(16), table.counts.begin());
+    if (table.size() > 256) damaged("impossible Huffman table");
+    std::ranges::copy(segment.take(size_t(table.size())), table.symbols.begin());
+    (table_class == 0 ? dc_specs_ : ac_specs_)[size_t(index)] = table;
   }
 }
 

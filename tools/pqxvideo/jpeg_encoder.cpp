@@ -142,10 +142,10 @@ void Encoder::write_header() {
   segment(SOF0, frame);
 
   for (size_t i = 0; i < tables; ++i) {
-    const auto write_table = [&](size_t kind, const HuffmanSpec& spec) {
+    const auto write_table = [&](size_t kind, const HuffmanSpec& codes) {
       std::vector<uint8_t> contents{uint8_t(kind << 4 | i)};
-      contents.insert(contents.end(), spec.counts.begin(), spec.counts.end());
-      contents.insert(contents.end(), spec.symbols.begin(), spec.symbols.begin() + spec.size());
+      contents.insert(contents.end(), codes.counts.begin(), codes.counts.end());
+      contents.insert(contents.end(), codes.symbols.begin(), codes.symbols.begin() + codes.size());
       segment(DHT, contents);
     };
     write_table(0, dc_specs_[i]);

@@ -18,12 +18,12 @@ static_assert(signed_number(0b101, 3) == 5 && signed_number(0b010, 3) == -5);
 
 }  // namespace
 
-HuffmanEncoder::HuffmanEncoder(const HuffmanSpec& spec) {
+HuffmanEncoder::HuffmanEncoder(const HuffmanSpec& table) {
   unsigned code = 0;
   size_t index = 0;
   for (int length = 1; length <= 16; ++length, code <<= 1)
-    for (int i = 0; i < spec.counts[size_t(length - 1)]; ++i, ++code) {
-      const int symbol = spec.symbols[index++], size = symbol & 15;
+    for (int i = 0; i < table.counts[size_t(length - 1)]; ++i, ++code) {
+      const int symbol = table.symbols[index++], size = symbol & 15;
       codes_[size_t(symbol)] = {code << size, length + size};
     }
 }
@@ -67,22 +67,22 @@ HuffmanSpec optimal_table(const std::array<int64_t, 256>& frequencies) {
   while (longest > 1 && counts[longest] == 0) --longest;
   --counts[longest];  // the code of ones
 
-  HuffmanSpec spec;
-  for (size_t length = 1; length <= 16; ++length) spec.counts[length - 1] = uint8_t(counts[length]);
+  HuffmanSpec table;
+  for (size_t length = 1; length <= 16; ++length) table.counts[length - 1] = uint8_t(counts[length]);
   std::vector<int> order;
   for (int symbol = 0; symbol < 256; ++symbol)
     if (lengths[size_t(symbol)] > 0) order.push_back(symbol);
   std::stable_sort(order.begin(), order.end(), [&](int a, int b) { return lengths[size_t(a)] < lengths[size_t(b)]; });
-  std::copy(order.begin(), order.end(), spec.symbols.begin());
-  return spec;
+  std::copy(order.begin(), order.end(), table.symbols.begin());
+  return table;
 }
 
-HuffmanDecoder::HuffmanDecoder(const HuffmanSpec& spec, Kind kind) : symbols_(spec.symbols), kind_(kind) {
+HuffmanDecoder::HuffmanDecoder(const HuffmanSpec& table, Kind kind) : symbols_(table.symbols), kind_(kind) {
   uint32_t code = 0;
   int index = 0;
   for (int length = 1; length <= 16; ++length, code <<= 1) {
     offsets_[size_t(length)] = index - int(code);
-    for (int i = 0; i < spec.counts[size_t(length - 1)]; ++i, ++code, ++index) {
+    for (int i = 0; i < table.counts[size_t(length - 1)]; ++i, ++code, ++index) {
       if (code >> length) throw Failure("damaged JPEG: impossible Huffman table");
       if (length > look_ahead) continue;
       // Every continuation of a short code.

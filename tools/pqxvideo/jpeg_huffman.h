@@ -18,7 +18,7 @@ class HuffmanEncoder {
     int length = 0;
   };
 
-  explicit HuffmanEncoder(const HuffmanSpec& spec);
+  explicit HuffmanEncoder(const HuffmanSpec& table);
   Code operator[](int symbol) const { return codes_[size_t(symbol)]; }
 
  private:
@@ -43,7 +43,7 @@ class HuffmanDecoder {
 
   HuffmanDecoder() = default;
   /// Throws Failure for a table that cannot be.
-  HuffmanDecoder(const HuffmanSpec& spec, Kind kind);
+  HuffmanDecoder(const HuffmanSpec& table, Kind kind);
 
   /// Takes up to 27 bits, which must be ready. Throws Failure for bits that are no code.
   Coefficient decode(BitReader& bits) const {
