@@ -30,7 +30,7 @@ void cover_row(int64_t n, Piece piece) {
 /// Asks for the bytes that a loop at these places of its rows will reach a kilobyte on: rows beyond the cache arrive in
 /// time, those within it lose nothing. Behind the end of a row this does no harm.
 template <class... T>
-void prefetch_ahead(const T*... rows) {
+[[gnu::always_inline]] inline void prefetch_ahead(const T*... rows) {
   (_mm_prefetch(reinterpret_cast<const char*>(intptr_t(rows) + 1024), _MM_HINT_T0), ...);
 }
 
