@@ -6,6 +6,7 @@
 #include "color/store_pixels.h"
 #include "color/ycc_chroma.h"
 #include "common/pixel_layout.h"
+#include "common/rows.h"
 #include "pqx_video.h"
 
 namespace pqx {
@@ -26,7 +27,10 @@ struct Black {
   const uint8_t* k;
 
   int at(int64_t i) const { return k[i]; }
-  u8x16 sixteen(int64_t i) const { return load<u8x16>(k + i); }
+  u8x16 sixteen(int64_t i) const {
+    prefetch_ahead(k + i);
+    return load<u8x16>(k + i);
+  }
   u8x16 ends(int64_t n) const { return load_ends(k, n); }
 };
 
@@ -74,7 +78,10 @@ struct Chroma444 {
   const uint8_t *cb, *cr;
 
   Chroma at(int64_t i) const { return {cb[i], cr[i]}; }
-  auto sixteen(int64_t i) const { return terms_of(load<u8x16>(cb + i), load<u8x16>(cr + i)); }
+  auto sixteen(int64_t i) const {
+    prefetch_ahead(cb + i, cr + i);
+    return terms_of(load<u8x16>(cb + i), load<u8x16>(cr + i));
+  }
   auto ends(int64_t n) const { return terms_of(load_ends(cb, n), load_ends(cr, n)); }
 
  private:
@@ -201,6 +208,8 @@ template <PixelLayout L, class Chromas, class Fourth, class... Rows>
   }
   by_sixteens(
       n, [=](int64_t i, bool last) __attribute__((always_inline)) {
+        prefetch_ahead((row.y + i)..., (row.dst + L.bytes * i)...);
+        prefetch_ahead((row.y + i)..., (row.dst + L.bytes * i)...);
         const auto terms = chroma.sixteen(i);
         (store_pixels(row.dst + L.bytes * i, pixels<L>(load<u8x16>(row.y + i), terms, fourth.sixteen(i)), last), ...);
       });

@@ -5,6 +5,7 @@
 
 #include "color/store_pixels.h"
 #include "common/lanes.h"
+#include "common/rows.h"
 #include "pqx_video.h"
 
 namespace pqx {
@@ -84,6 +85,7 @@ inline pqx_Status ycc444_to_rgb_12_bit(const int16_t* y, const int16_t* cb, cons
   }
   by_sixteens(
       n, [=](int64_t i, bool last) __attribute__((always_inline)) {
+        prefetch_ahead(bytes(y) + i, bytes(cb) + i, bytes(cr) + i, out + 3 * i);
         store_pixels(out + 3 * i, pixels_of_12_bits(words_from(y, i), words_from(cb, i), words_from(cr, i)), last);
       });
   return PQX_OK;
