@@ -186,10 +186,10 @@ def chart(lines):
             f'<text x="{x(v):.1f}" y="{top - 4}" text-anchor="middle" class="axis">{v}</text>'
             for v in range(0, highest + 1, grid_step)]
     width, height = left + scale_width + 44, y + 20
-    legend = (f'<rect x="{left}" y="30" width="18" height="10" class="bar"/><text x="{left + 24}" y="39">this library</text>'
-              f'<path d="M{left + 120} 28v14" class="target"/><text x="{left + 128}" y="39">target</text>'
-              f'<circle cx="{left + 192}" cy="35" r="3.2" class="peer"/>'
-              f'<text x="{left + 202}" y="39">fastest other library limited to SSE2 (hollow: its work is not quite the same)</text>')
+    legend = (f'<rect x="220" y="30" width="18" height="10" class="bar"/><text x="244" y="39">this library</text>'
+              f'<path d="M340 28v14" class="target"/><text x="348" y="39">target</text>'
+              f'<circle cx="412" cy="35" r="3.2" class="peer"/>'
+              f'<text x="422" y="39">fastest other library limited to SSE2 (hollow: its work is not quite the same)</text>')
     return f"""<svg xmlns="http://www.w3.org/2000/svg" viewBox="0 0 {width} {height}" width="{width}" height="{height}">
 <style>
 text {{ font: 11px sans-serif; fill: #222 }}
