@@ -3,6 +3,6 @@
 
 pqx_Status pqx_Video_ColorYCC2BGRA444_8U(const uint8_t* pY, const uint8_t* pCb, const uint8_t* pCr, uint8_t* pDst,
                                          int len) {
-  return pqx::ycc444_to_rgb<pqx::layout::BGRA>(pY, pCb, pCr, pDst, len);
+  return pqx::ycc::convert_444<pqx::layout::BGRA>(pY, pCb, pCr, pDst, len);
 }
 PQX_SECOND_NAME(pqx_Video_ColorYCC2BGRA444_8U);

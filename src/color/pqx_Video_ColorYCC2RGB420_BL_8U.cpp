@@ -5,7 +5,7 @@ pqx_Status pqx_Video_ColorYCC2RGB420_BL_8U(const uint8_t* pY0, const uint8_t* pY
                                            const uint8_t* pCrA, const uint8_t* pCbB, const uint8_t* pCrB,
                                            const uint8_t* pCbC, const uint8_t* pCrC, uint8_t* pDst0, uint8_t* pDst1,
                                            int len) {
-  return pqx::ycc420_to_rgb_bilinear(__pqx_Video_ColorYCC2RGB444_8U, pY0, pY1, {pCbA, pCbB, pCbC}, {pCrA, pCrB, pCrC},
-                                     pDst0, pDst1, len);
+  return pqx::ycc::convert_420_linear(__pqx_Video_ColorYCC2RGB444_8U, pY0, pY1, {pCbA, pCbB, pCbC},
+                                      {pCrA, pCrB, pCrC}, pDst0, pDst1, len);
 }
 PQX_SECOND_NAME(pqx_Video_ColorYCC2RGB420_BL_8U);

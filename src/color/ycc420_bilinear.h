@@ -3,7 +3,7 @@
 
 #include "common/calls.h"
 
-namespace pqx {
+namespace pqx::ycc {
 
 /// The chroma row above, that of the two luma rows, and the one below.
 struct ChromaRows {
@@ -19,9 +19,9 @@ inline void up_sample(ChromaRows rows, int len, uint8_t* upper, uint8_t* lower) 
   }
 }
 
-inline pqx_Status ycc420_to_rgb_bilinear(decltype(pqx_Video_ColorYCC2RGB444_8U)& convert, const uint8_t* y0,
-                                         const uint8_t* y1, ChromaRows cb, ChromaRows cr, uint8_t* dst0,
-                                         uint8_t* dst1, int len) {
+inline pqx_Status convert_420_linear(decltype(pqx_Video_ColorYCC2RGB444_8U)& convert, const uint8_t* y0,
+                                     const uint8_t* y1, ChromaRows cb, ChromaRows cr, uint8_t* dst0, uint8_t* dst1,
+                                     int len) {
   constexpr int64_t local_bytes = 16384;
   if (len < 1) return PQX_OK;
   const int64_t row = (int64_t(len) + 7) & ~int64_t(7);
@@ -42,4 +42,4 @@ inline pqx_Status ycc420_to_rgb_bilinear(decltype(pqx_Video_ColorYCC2RGB444_8U)&
   return PQX_OK;
 }
 
-}  // namespace pqx
+}  // namespace pqx::ycc

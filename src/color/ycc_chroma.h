@@ -4,7 +4,7 @@
 #include "color/store_pixels.h"
 #include "color/table_rules.h"
 
-namespace pqx {
+namespace pqx::ycc {
 
 // A channel in half units is twice the luma and a chroma term. Twice the luma is even, so halving their sum is halving
 // the term alone, which is done once for each chroma sample.
@@ -75,4 +75,4 @@ template <ChromaForms F>
           .b = as_signed(product(cb, F.cb.factor) + (cb - all_u16(F.cb.constant)))};
 }
 
-}  // namespace pqx
+}  // namespace pqx::ycc

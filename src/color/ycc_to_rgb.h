@@ -9,7 +9,7 @@
 #include "common/rows.h"
 #include "pqx_video.h"
 
-namespace pqx {
+namespace pqx::ycc {
 
 /// A row of luma and where its pixels go.
 struct Row {
@@ -209,7 +209,6 @@ template <PixelLayout L, class Chromas, class Fourth, class... Rows>
   by_sixteens(
       n, [=](int64_t i, bool last) __attribute__((always_inline)) {
         prefetch_ahead((row.y + i)..., (row.dst + L.bytes * i)...);
-        prefetch_ahead((row.y + i)..., (row.dst + L.bytes * i)...);
         const auto terms = chroma.sixteen(i);
         (store_pixels(row.dst + L.bytes * i, pixels<L>(load<u8x16>(row.y + i), terms, fourth.sixteen(i)), last), ...);
       });
@@ -217,35 +216,37 @@ template <PixelLayout L, class Chromas, class Fourth, class... Rows>
 }
 
 template <PixelLayout L>
-[[gnu::always_inline]] inline pqx_Status ycc444_to_rgb(const uint8_t* y, const uint8_t* cb, const uint8_t* cr,
-                                                       uint8_t* dst, int len) {
+[[gnu::always_inline]] inline pqx_Status convert_444(const uint8_t* y, const uint8_t* cb, const uint8_t* cr,
+                                                     uint8_t* dst, int len) {
   return convert_rows<L>(len, Chroma444<L>{cb, cr}, Opaque{}, Row{y, dst});
 }
 
 // Where pairs of pixels share a chroma sample, an odd last pixel is left alone.
 
 template <PixelLayout L>
-[[gnu::always_inline]] inline pqx_Status ycc422_to_rgb(const uint8_t* y, const uint8_t* cb, const uint8_t* cr,
-                                                       uint8_t* dst, int len) {
+[[gnu::always_inline]] inline pqx_Status convert_422_nearest(const uint8_t* y, const uint8_t* cb, const uint8_t* cr,
+                                                             uint8_t* dst, int len) {
   return convert_rows<L>(len & ~1, ChromaNearest{cb, cr}, Opaque{}, Row{y, dst});
 }
 
 template <PixelLayout L>
-[[gnu::always_inline]] inline pqx_Status ycc420_to_rgb(const uint8_t* y0, const uint8_t* y1, const uint8_t* cb,
-                                                       const uint8_t* cr, uint8_t* dst0, uint8_t* dst1, int len) {
+[[gnu::always_inline]] inline pqx_Status convert_420_nearest(const uint8_t* y0, const uint8_t* y1, const uint8_t* cb,
+                                                             const uint8_t* cr, uint8_t* dst0, uint8_t* dst1,
+                                                             int len) {
   return convert_rows<L>(len & ~1, ChromaNearest{cb, cr}, Opaque{}, Row{y0, dst0}, Row{y1, dst1});
 }
 
 template <PixelLayout L>
-[[gnu::always_inline]] inline pqx_Status ycc422_to_rgb_bilinear(const uint8_t* y, const uint8_t* cb,
-                                                                const uint8_t* cr, uint8_t* dst, int len) {
+[[gnu::always_inline]] inline pqx_Status convert_422_linear(const uint8_t* y, const uint8_t* cb, const uint8_t* cr,
+                                                            uint8_t* dst, int len) {
   const int64_t pairs = len < 2 ? 1 : len / 2;
   return convert_rows<L>(2 * pairs, ChromaLinear{cb, cr, pairs}, Opaque{}, Row{y, dst});
 }
 
-[[gnu::always_inline]] inline pqx_Status ycck444_to_cmyk(const uint8_t* y, const uint8_t* cb, const uint8_t* cr,
-                                                         const uint8_t* k, uint8_t* dst, int len) {
+[[gnu::always_inline]] inline pqx_Status convert_444_with_black(const uint8_t* y, const uint8_t* cb,
+                                                                const uint8_t* cr, const uint8_t* k, uint8_t* dst,
+                                                                int len) {
   return convert_rows<layout::CMYK>(len, Chroma444<layout::CMYK>{cb, cr}, Black{k}, Row{y, dst});
 }
 
-}  // namespace pqx
+}  // namespace pqx::ycc

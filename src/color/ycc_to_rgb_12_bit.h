@@ -8,7 +8,7 @@
 #include "common/rows.h"
 #include "pqx_video.h"
 
-namespace pqx {
+namespace pqx::ycc {
 
 template <class F>
 F all(float x);
@@ -62,8 +62,7 @@ inline float wide_chroma(int c) { return float(int32_t(uint32_t(c - 2048) << 20)
                         as_unsigned(twelve_bits(p.b, q.b)));
 }
 
-inline pqx_Status ycc444_to_rgb_12_bit(const int16_t* y, const int16_t* cb, const int16_t* cr, int16_t* dst,
-                                       int len) {
+inline pqx_Status convert_444_12_bit(const int16_t* y, const int16_t* cb, const int16_t* cr, int16_t* dst, int len) {
   auto bytes = [](const int16_t* p) { return reinterpret_cast<const uint8_t*>(p); };
   auto words_from = [=](const int16_t* p, int64_t i) { return load<u16x8>(bytes(p) + i); };
   auto ends_of = [=](const int16_t* p, int64_t n) { return as<u16x8>(load_ends(bytes(p), n)); };
@@ -91,4 +90,4 @@ inline pqx_Status ycc444_to_rgb_12_bit(const int16_t* y, const int16_t* cb, cons
   return PQX_OK;
 }
 
-}  // namespace pqx
+}  // namespace pqx::ycc
