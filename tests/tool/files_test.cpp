@@ -143,10 +143,13 @@ TEST(Tool, ReportsErrorsInOneLineAndLeavesNothing) {
   write_bytes(place / "half.jpg", bytes);
   bytes.assign(jpeg.begin(), jpeg.end() - 1);
   write_bytes(place / "endless.jpg", bytes);
-  bytes = encode_outside(image, "-grayscale -restart 1");
-  bytes[bytes.size() - 3] ^= 0xFF;
+  bytes = jpeg;
   bytes.insert(bytes.end() - 2, {0, 0});
-  write_bytes(place / "damaged.jpg", bytes);
+  write_bytes(place / "longer.jpg", bytes);
+  bytes = encode_outside(image, "-grayscale -restart 1");
+  constexpr uint8_t restart[] = {0xFF, 0xD1};
+  ++std::search(bytes.begin(), bytes.end(), std::begin(restart), std::end(restart))[1];
+  write_bytes(place / "restart.jpg", bytes);
   bytes = jpeg;
   constexpr uint8_t frame[] = {0xFF, 0xC0, 0, 17};
   std::search(bytes.begin(), bytes.end(), std::begin(frame), std::end(frame))[4] = 12;
@@ -172,7 +175,8 @@ TEST(Tool, ReportsErrorsInOneLineAndLeavesNothing) {
   const FailingCommand cases[] = {
       {"jpeg decode {half.jpg} {out.ppm}", 1, "half.jpg", "truncated"},
       {"jpeg decode {endless.jpg} {out.ppm}", 1, "endless.jpg", "truncated"},
-      {"jpeg decode {damaged.jpg} {out.png}", 1, "damaged.jpg", "damaged"},
+      {"jpeg decode {longer.jpg} {out.png}", 1, "longer.jpg", "damaged JPEG: data of the picture left over"},
+      {"jpeg decode {restart.jpg} {out.png}", 1, "restart.jpg", "damaged JPEG: a restart marker"},
       {"jpeg decode {deep.jpg} {out.png}", 1, "deep.jpg", "not supported: JPEG of 12-bit samples"},
       {"jpeg decode {progressive.jpg} {out.png}", 1, "progressive.jpg", "not supported: progressive"},
       {"jpeg decode {arithmetic.jpg} {out.png}", 1, "arithmetic.jpg", "not supported: arithmetic"},
@@ -204,6 +208,14 @@ TEST(Tool, ReportsErrorsInOneLineAndLeavesNothing) {
       {"", 2, "", "subcommand"},
   };
   expect_failures(place, cases);
+
+  // A file that cannot be completed.
+  const std::vector<std::string> before = place.files();
+  const Outcome cut =
+      run(place, std::string("trap '' XFSZ; ulimit -f 1; ") + PQXVIDEO + " sheet {out.ppm} {in.png} {in.png}");
+  EXPECT_EQ(cut.status, 1);
+  EXPECT_NE(cut.errors.find("out.ppm: cannot write: File too large"), std::string::npos) << cut.errors;
+  EXPECT_EQ(place.files(), before);
   // What stood under the name before stays.
   run(place, std::string(PQXVIDEO) + " jpeg decode {half.jpg} {other.ppm}");
   EXPECT_EQ(compare(read_picture(place / "other.ppm"), make_picture(41, 30, 3)).largest_of_all(), 0);

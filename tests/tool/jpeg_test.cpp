@@ -67,6 +67,17 @@ TEST(Jpeg, OptimizedTablesChangeTheBytesOnly) {
     }
 }
 
+TEST(Jpeg, HeadersAreThoseOfTheOutsideEncoder) {
+  const Image image = make_picture(20, 10, 3);
+  for (const int quality : {1, 10, 33, 50, 51, 75, 99, 100}) {
+    const Bytes ours = encode_jpeg(image, {.quality = quality});
+    const Bytes theirs = encode_outside(image, "-baseline -sample 2x2 -quality " + std::to_string(quality));
+    constexpr uint8_t scan[] = {0xFF, 0xDA, 0, 12, 3};
+    const auto length = std::search(ours.begin(), ours.end(), std::begin(scan), std::end(scan)) - ours.begin() + 14;
+    EXPECT_EQ(Bytes(ours.begin(), ours.begin() + length), Bytes(theirs.begin(), theirs.begin() + length)) << quality;
+  }
+}
+
 TEST(Jpeg, OutsideDecoderReadsWhatWeWrite) {
   for (const auto [width, height] : sizes)
     for (const Content content : {Content::edges, Content::noise}) {
@@ -129,6 +140,17 @@ TEST(Jpeg, ReadsScansOfSingleComponents) {
         planes.push_back(encode_jpeg(plane, {.quality = 90}));
       }
       expect_agreement_with_judge(assemble(width, height, planes, factors, adobe_transform), width, height, what);
+    }
+}
+
+TEST(Jpeg, LoneChromaIsNotMixedWithItsPadding) {
+  const Bytes block = encode_jpeg(make_picture(8, 8, 1, Content::noise), {.quality = 100});
+  for (const std::vector<int>& factors :
+       {std::vector{0x22, 0x11, 0x11}, {0x21, 0x11, 0x11}, {0x22, 0x11, 0x11, 0x22}})
+    for (const int width : {1, 2}) {
+      const Bytes jpeg = assemble(width, 2, std::vector(factors.size(), block), factors, 2);
+      const Image nearest = decode_jpeg(jpeg, Upsampling::nearest), bilinear = decode_jpeg(jpeg);
+      EXPECT_EQ(compare(nearest, bilinear).largest_of_all(), 0) << width << " wide, " << factors[0];
     }
 }
 
