@@ -154,6 +154,17 @@ TEST(Jpeg, LoneChromaIsNotMixedWithItsPadding) {
     }
 }
 
+TEST(Jpeg, CoefficientsBeyondAllBoundsSaturate) {
+  Image edge(8, 8, 1);
+  for (int y = 0; y < 8; ++y) std::fill(std::fill_n(edge.row(y), 4, uint8_t{0}), edge.row(y) + 8, uint8_t{255});
+  Bytes jpeg = encode_jpeg(edge, {.quality = 100});
+  for (const int step : {40, 110, 180, 255}) {  // 16 bits would turn the sign of the largest level, -924, times these
+    std::fill_n(jpeg.begin() + 25, 64, uint8_t(step));
+    const Image decoded = decode_jpeg(jpeg);
+    EXPECT_EQ(compare(decoded, edge).largest_of_all(), 0) << step;
+  }
+}
+
 TEST(Jpeg, OptimalCodesHaveAtMost16Bits) {
   // Fibonacci numbers ask for codes as long as the number of symbols.
   for (const size_t symbols : {1, 2, 3, 16, 17, 18, 40, 80}) {
