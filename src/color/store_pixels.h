@@ -128,14 +128,17 @@ template <class Step>
 template <int pixel_bytes>
 [[gnu::always_inline]] inline void store_ends(uint8_t* dst, const Quads<pixel_bytes>& p, int64_t n) {
   constexpr int quad = 4 * pixel_bytes;
+  // What a quad leaves behind it, the pixels of the other end cover.
   if (n >= 8) {
     uint8_t* const last = dst + (n - 8) * pixel_bytes;
-    store_quad<pixel_bytes>(dst, p.quad[0]);
-    store_last_quad<pixel_bytes>(dst + quad, p.quad[1]);
+    if (n > 8) {
+      store_quad<pixel_bytes>(dst, p.quad[0]);
+      store_quad<pixel_bytes>(dst + quad, p.quad[1]);
+    }
     store_quad<pixel_bytes>(last, p.quad[2]);
     store_last_quad<pixel_bytes>(last + quad, p.quad[3]);
   } else {
-    store_last_quad<pixel_bytes>(dst, p.quad[0]);
+    if (n > 4) store_quad<pixel_bytes>(dst, p.quad[0]);
     store_last_quad<pixel_bytes>(dst + (n - 4) * pixel_bytes, p.quad[1]);
   }
 }

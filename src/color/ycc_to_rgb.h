@@ -132,9 +132,7 @@ struct ChromaLinear {
     return terms_of(left, c, right);
   }
 
-  [[gnu::always_inline]] EvenOdd ends(int64_t) const {
-    return pairs >= 4 ? terms_of_ends<uint32_t>() : terms_of_ends<uint16_t>();
-  }
+  [[gnu::always_inline]] EvenOdd ends(int64_t) const { return pairs >= 4 ? terms_of_ends<4>() : terms_of_ends<2>(); }
 
  private:
   // Eight samples of Cb, then eight of Cr.
@@ -155,29 +153,23 @@ struct ChromaLinear {
             chroma_terms<light>(LightCb::low(odd), LightCr::high(odd))};
   }
 
-  // The ends of four to seven samples, or of two or three, as load_ends() orders them: w samples make one Samples.
-  template <class Samples>
-  struct Ends {
-    uint64_t left, c, right;
-  };
-  template <class Samples>
-  Ends<Samples> ends(const uint8_t* s) const {
-    constexpr int w = sizeof(Samples), bits = 8 * w;
-    auto at = [s](int64_t j) { return load_one<Samples>(s + j); };
-    auto join = [](Samples first, Samples last) { return first | uint64_t(last) << bits; };
-    const Samples first = at(0), last = at(pairs - w);
-    const auto before_first = Samples(first << 8 | (first & 255)),
-               behind_last = Samples(last >> 8 | (last & 255u << (bits - 8)));
-    if (pairs == w) return {join(before_first, before_first), join(first, last), join(behind_last, behind_last)};
-    return {join(before_first, at(pairs - w - 1)), join(first, last), join(at(1), behind_last)};
-  }
-  template <class Samples>
+  // w samples at either end, as load_ends() orders them. Where the ends do not meet, their neighbours stand between.
+  template <int w>
   [[gnu::always_inline]] EvenOdd terms_of_ends() const {
-    const auto b = ends<Samples>(cb), r = ends<Samples>(cr);
-    auto both = [](uint64_t x, uint64_t y) {
-      return u8x16{_mm_unpacklo_epi64(_mm_cvtsi64_si128(int64_t(x)), _mm_cvtsi64_si128(int64_t(y)))};
+    auto join = [](u8x16 b, u8x16 r) { return u8x16{_mm_unpacklo_epi64(b.v, r.v)}; };
+    auto outer = [=, this](int64_t of_first, int64_t of_last) {
+      auto bytes = [=](const uint8_t* s) {
+        return u8x16{_mm_cvtsi64_si128(int64_t(s[of_first] | uint64_t(s[of_last]) << 8 * w))};
+      };
+      return join(bytes(cb), bytes(cr));
     };
-    return terms_of(both(b.left, r.left), both(b.c, r.c), both(b.right, r.right));
+    constexpr uint64_t lowest = 255 | uint64_t(255) << 8 * w;
+    const u8x16 c = join(load_ends(cb, pairs), load_ends(cr, pairs));
+    const u8x16 before{_mm_and_si128(_mm_slli_epi64(c.v, 8), _mm_set1_epi64x(int64_t(~lowest)))};
+    const u8x16 behind{_mm_and_si128(_mm_srli_epi64(c.v, 8), _mm_set1_epi64x(int64_t(~(lowest << 8 * (w - 1)))))};
+    const u8x16 first_left = outer(0, pairs > w ? pairs - w - 1 : 0),
+                last_right = outer(pairs > w ? w : w - 1, pairs - 1);
+    return terms_of(before | first_left, c, behind | u8x16{_mm_slli_epi64(last_right.v, 8 * (w - 1))});
   }
 };
 
