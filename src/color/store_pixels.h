@@ -108,7 +108,7 @@ template <int pixel_bytes>
   store_quad<pixel_bytes>(dst, p.quad[0]);
   store_quad<pixel_bytes>(dst + quad, p.quad[1]);
   store_quad<pixel_bytes>(dst + 2 * quad, p.quad[2]);
-  if (last)
+  if (last) [[unlikely]]
     store_last_quad<pixel_bytes>(dst + 3 * quad, p.quad[3]);
   else
     store_quad<pixel_bytes>(dst + 3 * quad, p.quad[3]);
@@ -118,9 +118,10 @@ template <int pixel_bytes>
 /// been before.
 template <class Step>
 [[gnu::always_inline]] inline void by_sixteens(int64_t n, Step step) {
-  for (int64_t i = 0, next; i < n; i = next) {
-    next = i + 32 <= n || i + 16 == n ? i + 16 : n - 16;
-    step(i, next == n);
+  for (int64_t i = 0;; i = i + 16 < n - 16 ? i + 16 : n - 16) {
+    const bool last = i + 16 == n;
+    step(i, last);
+    if (last) return;
   }
 }
 

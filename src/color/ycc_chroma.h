@@ -12,7 +12,7 @@ namespace pqx::ycc {
 /// The rules of one component as high products of one operand, scale * sample + bias.
 struct ChromaForm {
   int scale, bias;
-  int factor, constant;  // red from Cr, halved: product - constant; blue from Cb: operand + product - constant
+  int factor, constant;  // red from Cr, halved: product - constant; blue from Cb: sample + product - constant
   int green_factor, green_constant;  // green from Cr: product - constant; from Cb: constant - product
 
   constexpr int operand(int x) const { return scale * x + bias; }
@@ -32,18 +32,18 @@ struct ChromaForms {
     auto halved = [this](int term) { return (term + up) >> 1; };
     return rule::agree([this](int x) { return cr.product(x) - cr.constant; },
                        [=](int x) { return halved(rule::red_from_cr(x) - rule::ycc_red_constant); }) &&
-           rule::agree([this](int x) { return cb.operand(x) + cb.product(x) - cb.constant; },
+           rule::agree([this](int x) { return x + cb.product(x) - cb.constant; },
                        [=](int x) { return halved(rule::blue_from_cb(x) - rule::ycc_blue_constant); }) &&
            rule::agree([this](int x) { return cr.green_product(x) - cr.green_constant; }, rule::green_from_cr) &&
            rule::agree([this](int x) { return cb.green_constant - cb.green_product(x); }, rule::green_from_cb) &&
-           (cr.green_constant + cb.green_constant) % 2 == up;
+           (cr.green_constant + cb.green_constant) % 2 == up && cr.operand(255) < 65536 && cb.operand(255) < 65536;
   }
 };
 
 inline constexpr ChromaForms light{
-    .cr = {2, 17175, 45941, 12219, 46795, 12263}, .cb = {1, 32256, 50591, 57383, 45110, 22473}, .up = false};
+    .cr = {2, 17175, 45941, 12219, 46795, 12263}, .cb = {1, 32256, 50591, 25127, 45110, 22473}, .up = false};
 inline constexpr ChromaForms ink{
-    .cr = {2, 16384, 45941, 11664, 46802, 11700}, .cb = {1, 2058, 50593, 3873, 45110, 1687}, .up = true};
+    .cr = {2, 16384, 45941, 11664, 46802, 11700}, .cb = {1, 2058, 50593, 1815, 45110, 1687}, .up = true};
 static_assert(light.follow_rules() && ink.follow_rules());
 
 /// Operands for eight of sixteen samples.
@@ -72,7 +72,7 @@ template <ChromaForms F>
   return {.r = as_signed(product(cr, F.cr.factor) - all_u16(F.cr.constant)),
           .g = as_signed(all_u16(F.green_constant()) -
                          mean_up(product(cr, F.cr.green_factor), product(cb, F.cb.green_factor))),
-          .b = as_signed(product(cb, F.cb.factor) + (cb - all_u16(F.cb.constant)))};
+          .b = as_signed(product(cb, F.cb.factor) + (cb - all_u16(F.cb.bias + F.cb.constant)))};
 }
 
 }  // namespace pqx::ycc

@@ -46,25 +46,33 @@ struct EvenOdd {
 template <PixelLayout L>
 inline constexpr ChromaForms forms = L.inks ? ink : light;
 
-// Inks are 255 less the channels, and a saturated byte is as far from 255 as its complement from 0.
-template <PixelLayout L>
-PixelWords with_chroma(i16x8 y, const PixelWords& t) {
-  if constexpr (L.inks) return {y - t.r, y - t.g, y - t.b};
-  return {y + t.r, y + t.g, y + t.b};
+inline PixelWords operator+(u16x8 y, const PixelWords& t) {
+  const i16x8 luma = as_signed(y);
+  return {luma + t.r, luma + t.g, luma + t.b};
+}
+inline PixelWords operator-(u16x8 y, const PixelWords& t) {
+  const i16x8 luma = as_signed(y);
+  return {luma - t.r, luma - t.g, luma - t.b};
 }
 
 template <PixelLayout L>
 [[gnu::always_inline]] inline Quads<L.bytes> pixels(u8x16 y, const InOrder& terms, u8x16 fourth) {
-  if constexpr (L.inks) y = y ^ all_u8(255);
-  const PixelWords low = with_chroma<L>(as_signed(low_bytes(y)), terms.low);
-  const PixelWords high = with_chroma<L>(as_signed(high_bytes(y)), terms.high);
+  PixelWords low, high;
+  if constexpr (L.inks) {
+    const u8x16 from_255 = y ^ all_u8(255);
+    low = low_bytes(from_255) - terms.low;
+    high = high_bytes(from_255) - terms.high;
+  } else {
+    low = low_bytes(y) + terms.low;
+    high = high_bytes(y) + terms.high;
+  }
   return quads_of<L>(PixelBytes{pack(low.r, high.r), pack(low.g, high.g), pack(low.b, high.b), fourth});
 }
 
 template <PixelLayout L>
 [[gnu::always_inline]] inline Quads<L.bytes> pixels(u8x16 y, const EvenOdd& terms, u8x16) {
-  return quads_of<L>(with_chroma<L>(as_signed(even_bytes(y)), terms.even),
-                     with_chroma<L>(as_signed(odd_bytes(y)), terms.odd));
+  static_assert(!L.inks);
+  return quads_of<L>(even_bytes(y) + terms.even, odd_bytes(y) + terms.odd);
 }
 
 struct Chroma {
@@ -126,23 +134,23 @@ struct ChromaLinear {
   Chroma at(int64_t) const { return {cb[0], cr[0]}; }  // a lone pair has no neighbour
   [[gnu::always_inline]] EvenOdd sixteen(int64_t i) const {
     const int64_t j = i >> 1;
-    const u8x16 c = both(cb + j, cr + j);
-    const u8x16 left = j == 0 ? before(c) : both(cb + j - 1, cr + j - 1);
-    const u8x16 right = j + 8 == pairs ? behind(c) : both(cb + j + 1, cr + j + 1);
+    const u8x16 c = join(cb + j, cr + j);
+    u8x16 left = up(c) | (c & both(255)), right = down(c) | (c & both(uint64_t(255) << 56));
+    if (j > 0) [[likely]]
+      left = join(cb + j - 1, cr + j - 1);
+    if (j + 8 < pairs) [[likely]]
+      right = join(cb + j + 1, cr + j + 1);
     return terms_of(left, c, right);
   }
-
-  [[gnu::always_inline]] EvenOdd ends(int64_t) const { return pairs >= 4 ? terms_of_ends<4>() : terms_of_ends<2>(); }
+  EvenOdd ends(int64_t) const { return pairs >= 4 ? terms_of_ends<4>() : terms_of_ends<2>(); }
 
  private:
-  // Eight samples of Cb, then eight of Cr.
-  static u8x16 both(const uint8_t* b, const uint8_t* r) {
-    return {_mm_unpacklo_epi64(load_half<u8x16>(b).v, load_half<u8x16>(r).v)};
-  }
-  static u8x16 before(u8x16 c) { return u8x16{_mm_slli_epi64(c.v, 8)} | (c & u8x16{_mm_set1_epi64x(255)}); }
-  static u8x16 behind(u8x16 c) {
-    return u8x16{_mm_srli_epi64(c.v, 8)} | (c & u8x16{_mm_set1_epi64x(int64_t(uint64_t(255) << 56))});
-  }
+  // Registers hold up to eight samples of Cb, then as many of Cr.
+  static u8x16 join(u8x16 b, u8x16 r) { return {_mm_unpacklo_epi64(b.v, r.v)}; }
+  static u8x16 join(const uint8_t* b, const uint8_t* r) { return join(load_half<u8x16>(b), load_half<u8x16>(r)); }
+  static u8x16 up(u8x16 c, int places = 1) { return {_mm_slli_epi64(c.v, 8 * places)}; }
+  static u8x16 down(u8x16 c) { return {_mm_srli_epi64(c.v, 8)}; }
+  static u8x16 both(uint64_t bytes) { return {_mm_set1_epi64x(int64_t(bytes))}; }
 
   [[gnu::always_inline]] static EvenOdd terms_of(u8x16 left, u8x16 c, u8x16 right) {
     // (3 c + left + 1) >> 2 and (3 c + right + 2) >> 2. A mean that rounds up, of c and a sample less by one, rounds
@@ -153,27 +161,24 @@ struct ChromaLinear {
             chroma_terms<light>(LightCb::low(odd), LightCr::high(odd))};
   }
 
-  // w samples at either end, as load_ends() orders them. Where the ends do not meet, their neighbours stand between.
+  // The first w samples and the last w. Where the two have others between them, those are neighbours too.
   template <int w>
   [[gnu::always_inline]] EvenOdd terms_of_ends() const {
-    auto join = [](u8x16 b, u8x16 r) { return u8x16{_mm_unpacklo_epi64(b.v, r.v)}; };
-    auto outer = [=, this](int64_t of_first, int64_t of_last) {
+    auto one_of_each = [=, this](int64_t of_first, int64_t of_last) {
       auto bytes = [=](const uint8_t* s) {
         return u8x16{_mm_cvtsi64_si128(int64_t(s[of_first] | uint64_t(s[of_last]) << 8 * w))};
       };
       return join(bytes(cb), bytes(cr));
     };
-    constexpr uint64_t lowest = 255 | uint64_t(255) << 8 * w;
+    constexpr uint64_t lowest = 255 | uint64_t(255) << 8 * w, highest = lowest << 8 * (w - 1);
     const u8x16 c = join(load_ends(cb, pairs), load_ends(cr, pairs));
-    const u8x16 before{_mm_and_si128(_mm_slli_epi64(c.v, 8), _mm_set1_epi64x(int64_t(~lowest)))};
-    const u8x16 behind{_mm_and_si128(_mm_srli_epi64(c.v, 8), _mm_set1_epi64x(int64_t(~(lowest << 8 * (w - 1)))))};
-    const u8x16 first_left = outer(0, pairs > w ? pairs - w - 1 : 0),
-                last_right = outer(pairs > w ? w : w - 1, pairs - 1);
-    return terms_of(before | first_left, c, behind | u8x16{_mm_slli_epi64(last_right.v, 8 * (w - 1))});
+    const u8x16 outer_left = one_of_each(0, pairs > w ? pairs - w - 1 : 0);
+    const u8x16 outer_right = one_of_each(pairs > w ? w : w - 1, pairs - 1);
+    return terms_of((up(c) & both(~lowest)) | outer_left, c, (down(c) & both(~highest)) | up(outer_right, w - 1));
   }
 };
 
-/// A row of up to three pixels, which registers would not convert sooner.
+/// A row of up to three pixels, by the tables: registers would not be sooner.
 template <PixelLayout L, class Chromas, class Fourth>
 [[gnu::noinline]] pqx_Status store_few_pixels(int64_t n, Chromas chroma, Fourth fourth, Row row) {
   uint8_t* pixel = row.dst;
