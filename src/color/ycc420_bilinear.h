@@ -10,7 +10,7 @@ struct ChromaRows {
   const uint8_t *previous, *current, *next;
 };
 
-inline void up_sample(ChromaRows rows, int len, uint8_t* upper, uint8_t* lower) {
+[[gnu::always_inline]] inline void up_sample(ChromaRows rows, int len, uint8_t* upper, uint8_t* lower) {
   __pqx_Video_UpSample420_BL_8U(rows.previous, rows.current, rows.next, len >> 1, upper, lower);
   // The up-sampler writes pairs, at least two: the chroma of an odd last column is then its left neighbour's.
   if (len > 4 && len % 2 != 0) {
@@ -19,9 +19,9 @@ inline void up_sample(ChromaRows rows, int len, uint8_t* upper, uint8_t* lower) 
   }
 }
 
-inline pqx_Status convert_420_linear(decltype(pqx_Video_ColorYCC2RGB444_8U)& convert, const uint8_t* y0,
-                                     const uint8_t* y1, ChromaRows cb, ChromaRows cr, uint8_t* dst0, uint8_t* dst1,
-                                     int len) {
+[[gnu::always_inline]] inline pqx_Status convert_420_linear(decltype(pqx_Video_ColorYCC2RGB444_8U)& convert,
+                                                            const uint8_t* y0, const uint8_t* y1, ChromaRows cb,
+                                                            ChromaRows cr, uint8_t* dst0, uint8_t* dst1, int len) {
   constexpr int64_t local_bytes = 16384;
   if (len < 1) return PQX_OK;
   const int64_t row = (int64_t(len) + 7) & ~int64_t(7);
