@@ -5,6 +5,7 @@ namespace {
 
 using namespace bench;
 using namespace peers;
+using enum HalfSample;
 
 constexpr auto copy = [](auto f, const Patch& p) { f(p.a, p.out, p.step, p.size, p.size); };
 constexpr auto copy_words = [](auto f, const Patch& p) { f(p.a, p.step, p.words, p.size, p.size); };
@@ -40,10 +41,10 @@ const Sides<decltype(plain::InterpX_Y_XY_8U_comm)> worker_comm{"InterpX_Y_XY_8U_
 const std::vector<PatchBench> table = {
     {OPERATION(SumAbsDiff_8U), cost, 16, 9.15 / 4.2, {ffmpeg_cost()}},
     {OPERATION(SumAbsDiff_8U), cost, 8, 4.03 / 2.8, {ffmpeg_cost()}},
-    {OPERATION(CopyRef_8U), copy, 16, 5.29 / 4.0, {libyuv_copy}},
-    {OPERATION(CopyRef_8U), copy, 8, 5.72 / 2.4, {libyuv_copy}},
-    {OPERATION(CopyRefAve_8U), copy, 16, 7.71 / 5.5},
-    {OPERATION(CopyRefAve_8U), copy, 8, 3.69 / 3.2},
+    {OPERATION(CopyRef_8U), copy, 16, 5.29 / 4.0, {libyuv_copy, ffmpeg_prediction(none, false)}},
+    {OPERATION(CopyRef_8U), copy, 8, 5.72 / 2.4, {libyuv_copy, ffmpeg_prediction(none, false)}},
+    {OPERATION(CopyRefAve_8U), copy, 16, 7.71 / 5.5, {ffmpeg_prediction(none, true)}},
+    {OPERATION(CopyRefAve_8U), copy, 8, 3.69 / 3.2, {ffmpeg_prediction(none, true)}},
     {OPERATION(CopyRef_8U_16S), copy_words, 16, 8.96 / 7.5},
     {OPERATION(CopyRef_8U_16S), copy_words, 8, 3.77 / 1.9},
     {OPERATION(Average2Rnd_8U), average, 16, 9.40 / 5.5, {libyuv_average}},
@@ -54,19 +55,19 @@ const std::vector<PatchBench> table = {
     {OPERATION(Average3Rnd_8U), average, 8, 5.72 / 4.0},
     {OPERATION(Average3NoRnd_8U), average, 16, 10.3 / 7},
     {OPERATION(Average3NoRnd_8U), average, 8, 5.72 / 4.0},
-    {OPERATION(AddBlock_16S_8U_I), residual, 8, 17.1 / 2.6},
-    {OPERATION(InterpX_8U), copy, 16, 7.44 / 5.5},
-    {OPERATION(InterpX_8U), copy, 8, 4.76 / 3.2},
-    {OPERATION(InterpAveX_8U), copy, 16, 26.2 / 7.5},
-    {OPERATION(InterpAveX_8U), copy, 8, 19.9 / 4.5},
-    {OPERATION(InterpY_8U), interpolate, 16, 6.64 / 4.3},
-    {OPERATION(InterpY_8U), interpolate, 8, 4.32 / 2.9},
-    {OPERATION(InterpAveY_8U), interpolate, 16, 26.0 / 6},
-    {OPERATION(InterpAveY_8U), interpolate, 8, 8.52 / 3.9},
-    {OPERATION(InterpXY_8U), interpolate, 16, 29.3 / 12.5},
-    {OPERATION(InterpXY_8U), interpolate, 8, 23.4 / 7},
-    {OPERATION(InterpAveXY_8U), interpolate, 16, 37.5 / 14},
-    {OPERATION(InterpAveXY_8U), interpolate, 8, 40.2 / 8},
+    {OPERATION(AddBlock_16S_8U_I), residual, 8, 17.1 / 2.6, {ffmpeg_residual()}},
+    {OPERATION(InterpX_8U), copy, 16, 7.44 / 5.5, {ffmpeg_prediction(x, false)}},
+    {OPERATION(InterpX_8U), copy, 8, 4.76 / 3.2, {ffmpeg_prediction(x, false)}},
+    {OPERATION(InterpAveX_8U), copy, 16, 26.2 / 7.5, {ffmpeg_prediction(x, true)}},
+    {OPERATION(InterpAveX_8U), copy, 8, 19.9 / 4.5, {ffmpeg_prediction(x, true)}},
+    {OPERATION(InterpY_8U), interpolate, 16, 6.64 / 4.3, {ffmpeg_prediction(y, false)}},
+    {OPERATION(InterpY_8U), interpolate, 8, 4.32 / 2.9, {ffmpeg_prediction(y, false)}},
+    {OPERATION(InterpAveY_8U), interpolate, 16, 26.0 / 6, {ffmpeg_prediction(y, true)}},
+    {OPERATION(InterpAveY_8U), interpolate, 8, 8.52 / 3.9, {ffmpeg_prediction(y, true)}},
+    {OPERATION(InterpXY_8U), interpolate, 16, 29.3 / 12.5, {ffmpeg_prediction(xy, false)}},
+    {OPERATION(InterpXY_8U), interpolate, 8, 23.4 / 7, {ffmpeg_prediction(xy, false)}},
+    {OPERATION(InterpAveXY_8U), interpolate, 16, 37.5 / 14, {ffmpeg_prediction(xy, true)}},
+    {OPERATION(InterpAveXY_8U), interpolate, 8, 40.2 / 8, {ffmpeg_prediction(xy, true)}},
     {OPERATION(InterpX_8U_16S), copy_words, 16, 7.44 / 5.5},
     {OPERATION(InterpX_8U_16S), copy_words, 8, 4.76 / 3.2},
     {OPERATION(InterpY_8U_16S), interpolate_words, 16, 6.64 / 4.3},

@@ -62,6 +62,9 @@ bench::RowPeer opencv_merge();
 bench::RowPeer opencv_split();
 
 bench::PatchPeer ffmpeg_cost();
+enum class HalfSample { none, x, y, xy };
+bench::PatchPeer ffmpeg_prediction(HalfSample, bool averaged);
+bench::PatchPeer ffmpeg_residual();
 
 bench::BlockPeer ffmpeg_forward();
 bench::BlockPeer ffmpeg_forward_pixels();
