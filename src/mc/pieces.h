@@ -68,8 +68,16 @@ void store_piece(int16_t* p, u8x16 samples) {
 /// Calls piece(n, column) for pieces of n samples that make up a row of a multiple of four.
 template <class Piece>
 [[gnu::always_inline]] inline void in_pieces(int64_t columns, Piece piece) {
+  const std::integral_constant<int, 16> sixteen;
   int64_t x = 0;
-  for (; x + 16 <= columns; x += 16) piece(std::integral_constant<int, 16>(), x);
+  for (; x + 32 <= columns; x += 32) {
+    piece(sixteen, x);
+    piece(sixteen, x + 16);
+  }
+  if (columns & 16) {
+    piece(sixteen, x);
+    x += 16;
+  }
   if (columns & 8) {
     piece(std::integral_constant<int, 8>(), x);
     x += 8;

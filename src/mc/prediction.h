@@ -27,8 +27,8 @@ struct Pair {
   static uint8_t sample(const uint8_t* p, int64_t other) { return mean_up(p[0], p[other]); }
 };
 
-/// Means of 2x2 squares, exact halves upward: the mean of the upper pair's mean rounded down and the lower pair's
-/// rounded up, or down where the upper one was exact, so that one of them alone is rounded at most.
+/// Means of 2x2 squares, exact halves upward. Of two pairs whose means end in a half the upper is rounded down and the
+/// lower up, a lone one down; the quarter that is lost then changes no mean of a square.
 struct Square {
   struct Row {
     u8x16 up, down, rounded;  // means of pairs, and 1 where they differ

@@ -32,54 +32,71 @@ struct AtTheEnd {
   }
 };
 
-/// A strip of n columns.
+/// n samples of a row with the pairs that they make up with their right neighbours.
+struct RowOfPairs {
+  u8x16 samples;
+  Square::Row pairs;
+};
 template <int n, class Neighbours>
-[[gnu::always_inline]] inline void interpolate_strip(const uint8_t* src, Planes dst, int64_t step, int rows) {
-  struct Row {
-    u8x16 samples;
-    Square::Row pairs;
-  };
-  const auto next_row = [&]() __attribute__((always_inline)) {
-    const u8x16 a = load_piece<n>(src), b = Neighbours::template right<n>(src, a);
-    const Square::Row pairs = Square::row(a, b);
-    store_piece<n>(dst.x, pairs.up);
-    src += step;
-    return Row{a, pairs};
-  };
-  Row upper = next_row();
-#pragma GCC unroll 4
-  for (; rows > 1; --rows) {
-    dst.x += step;
-    const Row lower = next_row();
-    store_piece<n>(dst.y, mean_up(upper.samples, lower.samples));
-    store_piece<n>(dst.xy, Square::between(upper.pairs, lower.pairs));
-    dst.y += step;
-    dst.xy += step;
-    upper = lower;
-  }
-  store_piece<n>(dst.y, upper.samples);
-  store_piece<n>(dst.xy, upper.pairs.up);
+[[gnu::always_inline]] inline RowOfPairs load_row(const uint8_t* p) {
+  const u8x16 a = load_piece<n>(p), b = Neighbours::template right<n>(p, a);
+  return {a, Square::row(a, b)};
 }
 
-/// Strips of n columns, of which the last may cover columns of the one before again; n <= columns.
 template <int n>
-void interpolate_strips(const uint8_t* src, Planes dst, int64_t step, int columns, int rows) {
-  int64_t x = 0;
-  for (; x + n < columns; x += n) interpolate_strip<n, Inside>(src + x, dst + x, step, rows);
-  x = columns - n;
-  interpolate_strip<n, AtTheEnd>(src + x, dst + x, step, rows);
+[[gnu::always_inline]] inline void store_planes(const RowOfPairs& upper, const RowOfPairs& lower, const Planes& dst) {
+  store_piece<n>(dst.x, upper.pairs.up);
+  store_piece<n>(dst.y, mean_up(upper.samples, lower.samples));
+  store_piece<n>(dst.xy, Square::between(upper.pairs, lower.pairs));
 }
 
-/// A row too short for a piece, one sample after the other.
-inline void interpolate_samples(const uint8_t* a, const uint8_t* c, uint8_t* __restrict x, uint8_t* __restrict y,
-                                uint8_t* __restrict xy, int last) {
-  for (int i = 0; i < last; ++i) {
-    x[i] = mean_up(a[i], a[i + 1]);
-    y[i] = mean_up(a[i], c[i]);
-    xy[i] = uint8_t((a[i] + a[i + 1] + c[i] + c[i + 1] + 2) >> 2);
+/// A block of n columns, each row of which is loaded once.
+template <int n>
+[[gnu::always_inline]] inline void interpolate_block(const uint8_t* src, Planes dst, int64_t step, int rows) {
+  RowOfPairs upper = load_row<n, AtTheEnd>(src);
+  const auto next_row = [&](int64_t at) __attribute__((always_inline)) {
+    const RowOfPairs lower = load_row<n, AtTheEnd>(src + at + step);
+    store_planes<n>(upper, lower, dst + at);
+    upper = lower;
+  };
+  for (; rows > 4; rows -= 4, src += 4 * step, dst = dst + 4 * step) {
+#pragma GCC unroll 4
+    for (int k = 0; k < 4; ++k) next_row(k * step);
   }
-  x[last] = a[last];
-  y[last] = xy[last] = mean_up(a[last], c[last]);
+#pragma GCC unroll 3
+  for (int k = 0; k < 3 && rows > 1; ++k, --rows, src += step, dst = dst + step) next_row(0);
+  store_planes<n>(upper, upper, dst);
+}
+
+/// A block of more columns, row by row in pieces of n, of which the last may cover columns of the one before again.
+template <int n>
+[[gnu::noinline]] void interpolate_rows(const uint8_t* src, Planes dst, int64_t step, int columns, int rows) {
+  const int64_t last = columns - n;
+  for (;; --rows, src += step, dst = dst + step) {
+    const uint8_t* below = rows > 1 ? src + step : src;
+    for (int64_t x = 0; x < last; x += n)
+      store_planes<n>(load_row<n, Inside>(src + x), load_row<n, Inside>(below + x), dst + x);
+    store_planes<n>(load_row<n, AtTheEnd>(src + last), load_row<n, AtTheEnd>(below + last), dst + last);
+    if (rows <= 1) return;
+  }
+}
+
+/// Rows too short for a piece, one sample after the other.
+inline void interpolate_samples(const uint8_t* src, Planes dst, int64_t step, int columns, int rows) {
+  if (columns < 1) return;
+  const int last = columns - 1;
+  for (;; --rows, src += step, dst = dst + step) {
+    const uint8_t* below = rows > 1 ? src + step : src;
+    uint8_t* __restrict x = dst.x, * __restrict y = dst.y, * __restrict xy = dst.xy;
+    for (int i = 0; i < last; ++i) {
+      x[i] = mean_up(src[i], src[i + 1]);
+      y[i] = mean_up(src[i], below[i]);
+      xy[i] = uint8_t((src[i] + src[i + 1] + below[i] + below[i + 1] + 2) >> 2);
+    }
+    x[last] = src[last];
+    y[last] = xy[last] = mean_up(src[last], below[last]);
+    if (rows <= 1) return;
+  }
 }
 
 }  // namespace pqx::mc
