@@ -1452,72 +1452,6 @@ PQX_API pqx_Status pqx_Video_ColorYCC2RGB444_16S(const int16_t* pY, const int16_
  * @param uvStep   bytes from row to row of pU and of pV
  * @param pDst     height rows of 4 * (width / 4) pixels of 3 bytes R, G, B; remaining columns are not written
  * @param dstStep  bytes from row to row of pDst
-
- * Drops the alpha byte: A, B, G, R to R, G, B.
- *
- * @param pSrc  len pixels of 4 bytes A, B, G, R
- * @param pDst  len pixels of 3 bytes R, G, B
- * @param len   pixels; 0 or less does nothing
- * @return #PQX_OK always
- */
-PQX_API pqx_Status pqx_Video_ColorABGR2RGB_8U(const uint8_t* pSrc, uint8_t* pDst, int len);
-
-/**
- * Drops the alpha byte: A, R, G, B to R, G, B.
- *
- * @param pSrc  len pixels of 4 bytes A, R, G, B
- * @param pDst  len pixels of 3 bytes R, G, B
- * @param len   pixels; 0 or less does nothing
- * @return #PQX_OK always
- */
-PQX_API pqx_Status pqx_Video_ColorARGB2RGB_8U(const uint8_t* pSrc, uint8_t* pDst, int len);
-
-/**
- * Adds an alpha byte of 0: R, G, B to A, B, G, R.
- *
- * @param pSrc  len pixels of 3 bytes R, G, B
- * @param pDst  len pixels of 4 bytes A, B, G, R
- * @param len   pixels; 0 or less does nothing
- * @return #PQX_OK always
- */
-PQX_API pqx_Status pqx_Video_ColorRGB2ABGR_8U(const uint8_t* pSrc, uint8_t* pDst, int len);
-
-/**
- * Adds an alpha byte of 0: R, G, B to A, R, G, B.
- *
- * @param pSrc  len pixels of 3 bytes R, G, B
- * @param pDst  len pixels of 4 bytes A, R, G, B
- * @param len   pixels; 0 or less does nothing
- * @return #PQX_OK always
- */
-PQX_API pqx_Status pqx_Video_ColorRGB2ARGB_8U(const uint8_t* pSrc, uint8_t* pDst, int len);
-
-/**
- * Exchanges bytes 1 and 3 of each 4-byte pixel in place: ARGB to ABGR or back.
- *
- * @param pSrcDst  len pixels of 4 bytes
- * @param len      pixels; 0 or less does nothing
- * @return #PQX_OK always
- */
-PQX_API pqx_Status pqx_Video_ColorARGB2ABGR_8U_I(uint8_t* pSrcDst, int len);
-
-/**
- * Exchanges bytes 0 and 2 of each 3-byte pixel in place: RGB to BGR or back.
- *
- * @param pSrcDst  len pixels of 3 bytes
- * @param len      pixels; 0 or less does nothing
- * @return #PQX_OK always
- */
-PQX_API pqx_Status pqx_Video_ColorRGB2BGR_8U_I(uint8_t* pSrcDst, int len);
-
-/**
- * Reverses the four bytes of each pixel, RGBA to ABGR or back, by the byte swap of libpqx_vector. Steps are
- * counted in pixels, not in bytes.
- *
- * @param pSrc     height rows of width pixels
- * @param srcStep  pixels from row to row of pSrc
- * @param pDst     height rows of width pixels; may equal pSrc
- * @param dstStep  pixels from row to row of pDst
  * @param width    pixels in a row; 0 or less does nothing
  * @param height   rows; 0 or less does nothing
  * @return #PQX_OK always
@@ -1856,6 +1790,76 @@ PQX_API pqx_Status pqx_Video_ColorYUV2ABGR420_WX3_8U(const uint8_t* pY, int ySte
                                                      const uint8_t* pV, int uvStep, uint8_t* pDst, int dstStep,
                                                      int picWidth, int picHeight, int x0, int y0, int x1, int y1);
 
+/**
+ * Drops the alpha byte: A, B, G, R to R, G, B.
+ *
+ * @param pSrc  len pixels of 4 bytes A, B, G, R
+ * @param pDst  len pixels of 3 bytes R, G, B
+ * @param len   pixels; 0 or less does nothing
+ * @return #PQX_OK always
+ */
+PQX_API pqx_Status pqx_Video_ColorABGR2RGB_8U(const uint8_t* pSrc, uint8_t* pDst, int len);
+
+/**
+ * Drops the alpha byte: A, R, G, B to R, G, B.
+ *
+ * @param pSrc  len pixels of 4 bytes A, R, G, B
+ * @param pDst  len pixels of 3 bytes R, G, B
+ * @param len   pixels; 0 or less does nothing
+ * @return #PQX_OK always
+ */
+PQX_API pqx_Status pqx_Video_ColorARGB2RGB_8U(const uint8_t* pSrc, uint8_t* pDst, int len);
+
+/**
+ * Adds an alpha byte of 0: R, G, B to A, B, G, R.
+ *
+ * @param pSrc  len pixels of 3 bytes R, G, B
+ * @param pDst  len pixels of 4 bytes A, B, G, R
+ * @param len   pixels; 0 or less does nothing
+ * @return #PQX_OK always
+ */
+PQX_API pqx_Status pqx_Video_ColorRGB2ABGR_8U(const uint8_t* pSrc, uint8_t* pDst, int len);
+
+/**
+ * Adds an alpha byte of 0: R, G, B to A, R, G, B.
+ *
+ * @param pSrc  len pixels of 3 bytes R, G, B
+ * @param pDst  len pixels of 4 bytes A, R, G, B
+ * @param len   pixels; 0 or less does nothing
+ * @return #PQX_OK always
+ */
+PQX_API pqx_Status pqx_Video_ColorRGB2ARGB_8U(const uint8_t* pSrc, uint8_t* pDst, int len);
+
+/**
+ * Exchanges bytes 1 and 3 of each 4-byte pixel in place: ARGB to ABGR or back.
+ *
+ * @param pSrcDst  len pixels of 4 bytes
+ * @param len      pixels; 0 or less does nothing
+ * @return #PQX_OK always
+ */
+PQX_API pqx_Status pqx_Video_ColorARGB2ABGR_8U_I(uint8_t* pSrcDst, int len);
+
+/**
+ * Exchanges bytes 0 and 2 of each 3-byte pixel in place: RGB to BGR or back.
+ *
+ * @param pSrcDst  len pixels of 3 bytes
+ * @param len      pixels; 0 or less does nothing
+ * @return #PQX_OK always
+ */
+PQX_API pqx_Status pqx_Video_ColorRGB2BGR_8U_I(uint8_t* pSrcDst, int len);
+
+/**
+ * Reverses the four bytes of each pixel, RGBA to ABGR or back, by the byte swap of libpqx_vector. Steps are
+ * counted in pixels, not in bytes.
+ *
+ * @param pSrc     height rows of width pixels
+ * @param srcStep  pixels from row to row of pSrc
+ * @param pDst     height rows of width pixels; may equal pSrc
+ * @param dstStep  pixels from row to row of pDst
+ * @param width    pixels in a row; 0 or less does nothing
+ * @param height   rows; 0 or less does nothing
+ * @return #PQX_OK always
+ */
 PQX_API pqx_Status pqx_Video_ColorRGBA2ABGR_32U(const uint32_t* pSrc, int srcStep, uint32_t* pDst, int dstStep,
                                                 int width, int height);
 
