@@ -945,7 +945,9 @@ PQX_API pqx_Status pqx_Video_UpSample422_BL_16S(const int16_t* pSrc, int len, in
  */
 
 /**
- * @name Tables
+ * @defgroup color_tables Tables
+ * The rounded products that the conversions are made of.
+ *
  * Each entry is round(A + c x) for the index x = 0..255 (round(v) = floor(v + 0.5); no entry falls on a half).
  *
  * Tables in half units hold twice the 8-bit scale; a sum s of them becomes the byte clamp(s >> 1, 0, 255):
@@ -992,6 +994,12 @@ extern PQX_API const int32_t pqx_t_yuV2rgb[256];
 /** Clip of the biased fields of the 4:4:4 tables: pqx_video_pClipOff256[i] = clamp(i - 256, 0, 255). */
 extern PQX_API const uint8_t pqx_video_pClipOff256[800];
 /** @} */
+
+/**
+ * @defgroup color_rgb_to_ycc RGB to YCC
+ * Full-range Y, Cb and Cr of RGB, ARGB, ABGR, BGRA and CMYK pixels, with chroma of full, half or quarter resolution.
+ * @{
+ */
 
 /**
  * Converts a row of RGB pixels to YCC 4:4:4, full range.
@@ -1208,6 +1216,14 @@ PQX_API pqx_Status pqx_Video_ColorCMYK2YCCK444_8U(const uint8_t* pSrc, uint8_t* 
  */
 PQX_API pqx_Status pqx_Video_ColorRGB2YCC444_16S(const int16_t* pSrc, int16_t* pY, int16_t* pCb, int16_t* pCr,
                                                  int len);
+
+/** @} */
+
+/**
+ * @defgroup color_ycc_to_rgb YCC to RGB
+ * RGB, ARGB, BGRA and CMYK pixels of full-range Y, Cb and Cr; chroma repeated (NN) or interpolated (BL).
+ * @{
+ */
 
 /**
  * Converts a row of YCC 4:4:4, full range, to RGB pixels.
@@ -1436,6 +1452,14 @@ PQX_API pqx_Status pqx_Video_ColorYCCK2CMYK444_8U(const uint8_t* pY, const uint8
  */
 PQX_API pqx_Status pqx_Video_ColorYCC2RGB444_16S(const int16_t* pY, const int16_t* pCb, const int16_t* pCr,
                                                  int16_t* pDst, int len);
+
+/** @} */
+
+/**
+ * @defgroup color_yuv_to_rgb YUV to RGB for display
+ * RGB, ARGB, ABGR and RGBA pictures of studio-range Y, U and V; enlarged, and rectangles of a picture alone.
+ * @{
+ */
 
 /**
  * Converts a 4:1:1 picture of studio-range YUV (ITU-R BT.601) to RGB pixels for display; one U and one V serve
@@ -1790,6 +1814,14 @@ PQX_API pqx_Status pqx_Video_ColorYUV2ABGR420_WX3_8U(const uint8_t* pY, int ySte
                                                      const uint8_t* pV, int uvStep, uint8_t* pDst, int dstStep,
                                                      int picWidth, int picHeight, int x0, int y0, int x1, int y1);
 
+/** @} */
+
+/**
+ * @defgroup color_channels Channels
+ * Bytes moved within pixels, planes merged to pixels and pixels split to planes.
+ * @{
+ */
+
 /**
  * Drops the alpha byte: A, B, G, R to R, G, B.
  *
@@ -2014,6 +2046,8 @@ PQX_API pqx_Status pqx_Video_ColorSplit3_16S(const int16_t* pSrc, int16_t* pDst0
  */
 PQX_API pqx_Status pqx_Video_ColorSplit4_16S(const int16_t* pSrc, int16_t* pDst0, int16_t* pDst1, int16_t* pDst2,
                                              int16_t* pDst3, int len);
+
+/** @} */
 
 /** @} */
 
