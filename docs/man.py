@@ -1,0 +1,241 @@
+#!/usr/bin/env python3
+"""man.py XML MAN3 VERSION: makes manual pages, one for each function, from Doxygen's XML.
+
+Besides them: pqx_video(3), which holds for all of them, and pqx_video_tables(3), to which the name of each table leads.
+"""
+import re
+import sys
+import textwrap
+import xml.etree.ElementTree as ElementTree
+from pathlib import Path
+
+INLINE = {"bold": "B", "emphasis": "I", "computeroutput": "I", "ref": None, "ulink": None, "highlight": None}
+SPECIAL = {"sp": " ", "ndash": "-", "mdash": " - ", "nonbreakablespace": " ", "linebreak": "\n"}
+
+
+def escape(text):
+    """Text as roff prints it: no character of it starts a request or an escape."""
+    text = text.replace("\\", "\\e").replace("-", "\\-").replace("^", "\\(ha").replace("~", "\\(ti").replace("`", "\\(ga")
+    return re.sub(r"^([.'])", r"\\&\1", text, flags=re.M)
+
+
+def flat(element):
+    """What stands in an element and below, on one line."""
+    text = element.text or ""
+    for child in element:
+        text += SPECIAL.get(child.tag) or flat(child)
+        text += child.tail or ""
+    return re.sub(r"\s+", " ", text)
+
+
+def words(element):
+    """The running text of a paragraph with its fonts; blocks within it are left to blocks()."""
+    out = escape(re.sub(r"\s+", " ", element.text or ""))
+    for child in element:
+        if child.tag in SPECIAL:
+            out += escape(SPECIAL[child.tag])
+        elif child.tag in INLINE:
+            font, inner = INLINE[child.tag], words(child)
+            out += f"\\f{font}{inner}\\fR" if font else inner
+        elif not is_block(child):
+            raise ValueError(f"no rule for <{child.tag}>")
+        out += escape(re.sub(r"\s+", " ", child.tail or ""))
+    return out
+
+
+def is_block(element):
+    return element.tag in {"para", "itemizedlist", "verbatim", "preformatted", "parameterlist", "simplesect", "programlisting"}
+
+
+def filled(text):
+    """Text broken into lines of the source, none of which begins with a request by chance."""
+    lines = textwrap.wrap(text.strip(), 100, break_long_words=False, break_on_hyphens=False)
+    return "\n".join("\\&" + line if line[0] in ".'" else line for line in lines)
+
+
+def literal(text):
+    lines = [escape(line) for line in textwrap.dedent(text.strip("\n")).rstrip().split("\n")]
+    return ".PP\n.in +4n\n.nf\n" + "\n".join(lines) + "\n.fi\n.in\n"
+
+
+def blocks(element, start=".PP\n"):
+    """A description: paragraphs, examples and lists. What is said of parameters and the result is left out."""
+    out = ""
+    for para in element.iter("para") if element.tag != "para" else [element]:
+        pieces, run = [], ElementTree.Element("para")
+        run.text = para.text
+        for child in para:
+            if child.tag in {"parameterlist", "simplesect"}:
+                pieces.append(run)
+                run = ElementTree.Element("para")
+                run.text = child.tail
+            elif is_block(child):
+                pieces += [run, child]
+                run = ElementTree.Element("para")
+                run.text = child.tail
+            else:
+                run.append(child)
+        for piece in pieces + [run]:
+            if piece.tag in {"verbatim", "preformatted", "programlisting"}:
+                out += literal(piece.text)
+            elif piece.tag == "itemizedlist":
+                for item in piece:
+                    out += ".IP \\(bu 2\n" + "".join(blocks(p, "") for p in item)
+                start = ".PP\n"
+            elif text := filled(words(piece)):
+                out += start + text + "\n"
+                start = ".PP\n"
+    return out
+
+
+def paragraphs(element):
+    """Top-level paragraphs only, so that those of parameters and lists are not said twice."""
+    return "".join(blocks(p) for p in element.findall("para"))
+
+
+def brief(member):
+    return flat(member.find("briefdescription")).strip()
+
+
+def purpose(text):
+    """A brief description as the line behind a name: without formula and full stop."""
+    text = re.split(r": |; |\. |, (?:with|so|as in|exact)\b", text.rstrip("."))[0].rstrip(".")
+    return escape(text[0].lower() + text[1:] if not text[:2].isupper() else text)
+
+
+class Library:
+    def __init__(self, directory, version):
+        self.version = version
+        root = lambda name: ElementTree.parse(directory / f"{name}.xml").getroot().find("compounddef")
+        index = ElementTree.parse(directory / "index.xml").getroot()
+        self.groups = [root(c.get("refid")) for c in index.findall("compound[@kind='group']")]
+        self.file = next(root(c.get("refid")) for c in index.findall("compound[@kind='file']")
+                         if c.find("name").text == "pqx_video.h")
+        self.members = {m.find("name").text: (m, group) for group in self.groups for m in group.iter("memberdef")}
+        self.date = "-".join(re.search(r":(\d{4})(\d\d)(\d\d):", flat(self.members["pqx_GetVersion"][0])).groups())
+
+    def of_kind(self, kind, group=None):
+        return [name for name, (m, g) in self.members.items() if m.get("kind") == kind and group in (None, g)]
+
+    def head(self, title):
+        return f'.\\" Made by docs/man.py from pqx_video.h.\n.TH {title} 3 {self.date} "libpqx_video {self.version}" "Library Functions Manual"\n'
+
+    def library(self):
+        return ".SH LIBRARY\nVideo and picture primitives\n.RI ( libpqx_video ,\\~ \\-lpqx_video )\n"
+
+    def function_page(self, name):
+        member, group = self.members[name]
+        names = [name] if "only" in flat(member.find("detaileddescription")) and "Exported under this name" in flat(member) else [name, "__" + name]
+        page = self.head(name) + f".SH NAME\n{', '.join(names)} \\- {purpose(brief(member))}\n" + self.library()
+        page += ".SH SYNOPSIS\n.nf\n.B #include <pqx_video.h>\n.PP\n" + self.prototype(member) + ".fi\n"
+        details = paragraphs(member.find("detaileddescription"))
+        page += ".SH DESCRIPTION\n" + (paragraphs(member.find("briefdescription")) + details).removeprefix(".PP\n")
+        parameters = member.findall(".//parameterlist[@kind='param']/parameteritem")
+        if parameters:
+            page += ".SH PARAMETERS\n"
+            for item in parameters:
+                text = "".join(blocks(p, "") for p in item.findall("parameterdescription/para"))
+                page += f".TP\n.I {item.find('parameternamelist/parametername').text}\n{text}"
+        result = member.findall(".//simplesect[@kind='return']/para")
+        page += ".SH RETURN VALUE\n" + ("".join(blocks(p, "") for p in result) or "None.\n")
+        page += ".SH NOTES\n" + self.notes(names)
+        return page + self.see_also(member, group, name)
+
+    def prototype(self, member):
+        """The declaration with its parameters in italics, broken where it would leave 78 columns."""
+        result = flat(member.find("type"))
+        head = f"{result}{'' if result.endswith('*') else ' '}{member.find('name').text}("
+        lines, width = [f'.BI "{escape(head)}'], len(head)
+        parameters = [(flat(p.find("type")), flat(p.find("declname"))) for p in member.findall("param") if p.find("declname") is not None]
+        if not parameters:
+            return f'.B "{escape(head)}void);"\n'
+        for i, (kind, name) in enumerate(parameters):
+            kind += "" if kind.endswith("*") else " "
+            end = ");" if i == len(parameters) - 1 else ","
+            if i and width + len(kind) + len(name) + 3 > 78:
+                lines[-1] += '"'
+                lines.append('.BI "    ')
+                width = 4
+            elif i:
+                lines[-1] += " "
+                width += 1
+            lines[-1] += f'{escape(kind)}" {name} "{end}'
+            width += len(kind) + len(name) + len(end)
+        return "\n".join(lines) + '"\n'
+
+    def notes(self, names):
+        own = {True: f"Both names are exported at one entry; calls within the library use \\fI{names[-1]}\\fR.",
+               False: "The function is exported under this name only."}[len(names) == 2]
+        common = ("What holds for every operation \\- steps, sizes, overlapping buffers, threads \\- is in "
+                  "\\fBpqx_video\\fR(3).")
+        return filled(own) + "\n.PP\n" + filled(common) + "\n"
+
+    def see_also(self, member, group, name):
+        def functions_in(element):
+            return [flat(r) for r in element.iter("ref") if flat(r).rstrip("()") in self.members]
+        near = [n.rstrip("()") for n in functions_in(member)]
+        family = self.of_kind("function", group)
+        at = family.index(name)
+        near += [n for n in family[max(at - 3, 0):at + 4]]
+        near = [n for n in dict.fromkeys(near) if n != name and self.members[n][0].get("kind") == "function"]
+        near += ["pqx_video_tables"] if any(n in self.of_kind("variable") for n in functions_in(member)) else []
+        return ".SH SEE ALSO\n" + references(["pqx_video"] + near)
+
+    def overview(self):
+        page = self.head("pqx_video") + ".SH NAME\npqx_video \\- inner loops of video codecs and still\\-picture pipelines\n"
+        page += self.library() + ".SH SYNOPSIS\n.nf\n.B #include <pqx_video.h>\n.PP\n"
+        page += "\\fBcc\\fR \\fI...\\fR \\fB$(pkg\\-config \\-\\-cflags \\-\\-libs pqx_video)\\fR\n.PP\n"
+        for name in self.of_kind("variable", self.members["pqxid"][1]):
+            member = self.members[name][0]
+            page += f".B {escape(flat(member.find('definition')) + flat(member.find('argsstring')))};\n"
+        page += ".fi\n.SH DESCRIPTION\n" + paragraphs(self.file.find("detaileddescription")).removeprefix(".PP\n")
+        page += ".SS Status codes\n"
+        for name in self.of_kind("define"):
+            member = self.members[name][0]
+            page += f".TP\n.BR {name} \\ ({flat(member.find('initializer'))})\n{filled(escape(brief(member)))}\n"
+        page += ".SS Data\n"
+        for name in self.of_kind("variable", self.members["pqxid"][1]):
+            page += f".TP\n.B {name}\n{filled(escape(brief(self.members[name][0])) + ' ' + escape(flat(self.members[name][0].find('detaileddescription'))))}\n"
+        for group in self.groups:
+            functions = self.of_kind("function", group)
+            if functions:
+                page += f".SS {escape(flat(group.find('title')))}\n" + paragraphs(group.find("detaileddescription")).removeprefix(".PP\n")
+            for name in functions:
+                page += f".TP\n.BR {name} (3)\n{purpose(brief(self.members[name][0]))}\n"
+        return page + ".SH SEE ALSO\n" + references(["pqx_video_tables", "pqxvideo"])
+
+    def tables_page(self):
+        group = next(g for g in self.groups if g.find("compoundname").text == "color_tables")
+        tables = self.of_kind("variable", group)
+        page = self.head("pqx_video_tables") + f".SH NAME\n{', '.join(['pqx_video_tables'] + tables)} \\- tables of the colour conversions\n"
+        page += self.library() + ".SH SYNOPSIS\n.nf\n.B #include <pqx_video.h>\n.PP\n"
+        for name in tables:
+            member = self.members[name][0]
+            page += f".B {escape(flat(member.find('definition')) + flat(member.find('argsstring')))};\n"
+        page += ".fi\n.SH DESCRIPTION\n" + paragraphs(group.find("detaileddescription")).removeprefix(".PP\n")
+        for name in tables:
+            member = self.members[name][0]
+            text = "".join(blocks(p, "") for part in ("briefdescription", "detaileddescription") for p in member.findall(f"{part}/para"))
+            page += f".TP\n.B {name}\n{text}"
+        return page + ".SH SEE ALSO\n" + references(["pqx_video"])
+
+
+def references(names):
+    lines = [f".BR {name} ({1 if name == 'pqxvideo' else 3})" for name in names]
+    return " ,\n".join(lines) + "\n"
+
+
+def main(xml, target, version):
+    library = Library(Path(xml), version)
+    Path(target).mkdir(exist_ok=True)
+    pages = {name: library.function_page(name) for name in library.of_kind("function")}
+    pages["pqx_video"] = library.overview()
+    pages["pqx_video_tables"] = library.tables_page()
+    for name in library.of_kind("variable"):
+        pages[name] = f".so man3/{'pqx_video' if library.members[name][1].find('compoundname').text == 'core' else 'pqx_video_tables'}.3\n"
+    for name, page in pages.items():
+        (Path(target) / f"{name}.3").write_text(page)
+
+
+if __name__ == "__main__":
+    main(*sys.argv[1:])
