@@ -30,4 +30,5 @@ endforeach()
 
 if(TARGET pqxvideo)
   install(TARGETS pqxvideo)
+  install(FILES docs/pqxvideo.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT man)
 endif()

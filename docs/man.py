@@ -99,7 +99,7 @@ def brief(member):
 
 def purpose(text):
     """A brief description as the line behind a name: without formula and full stop."""
-    text = re.split(r": |; |\. |, (?:with|so|as in|exact)\b", text.rstrip("."))[0].rstrip(".")
+    text = re.split(r"[:;.] |, (?:with|so|as)\b", text)[0].rstrip(".:")
     return escape(text[0].lower() + text[1:] if not text[:2].isupper() else text)
 
 
@@ -118,14 +118,14 @@ class Library:
         return [name for name, (m, g) in self.members.items() if m.get("kind") == kind and group in (None, g)]
 
     def head(self, title):
-        return f'.\\" Made by docs/man.py from pqx_video.h.\n.TH {title} 3 {self.date} "libpqx_video {self.version}" "Library Functions Manual"\n'
+        return f'.\\" Made by docs/man.py from pqx_video.h.\n.TH {title} 3 {self.date} "libpqx_video {self.version}" "pqx_video manual"\n'
 
     def library(self):
         return ".SH LIBRARY\nVideo and picture primitives\n.RI ( libpqx_video ,\\~ \\-lpqx_video )\n"
 
     def function_page(self, name):
         member, group = self.members[name]
-        names = [name] if "only" in flat(member.find("detaileddescription")) and "Exported under this name" in flat(member) else [name, "__" + name]
+        names = [name] if "under this name only" in flat(member.find("detaileddescription")) else [name, "__" + name]
         page = self.head(name) + f".SH NAME\n{', '.join(names)} \\- {purpose(brief(member))}\n" + self.library()
         page += ".SH SYNOPSIS\n.nf\n.B #include <pqx_video.h>\n.PP\n" + self.prototype(member) + ".fi\n"
         details = paragraphs(member.find("detaileddescription"))
@@ -137,7 +137,7 @@ class Library:
                 text = "".join(blocks(p, "") for p in item.findall("parameterdescription/para"))
                 page += f".TP\n.I {item.find('parameternamelist/parametername').text}\n{text}"
         result = member.findall(".//simplesect[@kind='return']/para")
-        page += ".SH RETURN VALUE\n" + ("".join(blocks(p, "") for p in result) or "None.\n")
+        page += ".SH RETURN VALUE\n" + ("".join(blocks(p, "") for p in result).strip() or "None") + ".\n"
         page += ".SH NOTES\n" + self.notes(names)
         return page + self.see_also(member, group, name)
 
@@ -187,7 +187,7 @@ class Library:
         page += "\\fBcc\\fR \\fI...\\fR \\fB$(pkg\\-config \\-\\-cflags \\-\\-libs pqx_video)\\fR\n.PP\n"
         for name in self.of_kind("variable", self.members["pqxid"][1]):
             member = self.members[name][0]
-            page += f".B {escape(flat(member.find('definition')) + flat(member.find('argsstring')))};\n"
+            page += f".B extern {escape(flat(member.find('definition')))};\n"
         page += ".fi\n.SH DESCRIPTION\n" + paragraphs(self.file.find("detaileddescription")).removeprefix(".PP\n")
         page += ".SS Status codes\n"
         for name in self.of_kind("define"):
@@ -211,7 +211,7 @@ class Library:
         page += self.library() + ".SH SYNOPSIS\n.nf\n.B #include <pqx_video.h>\n.PP\n"
         for name in tables:
             member = self.members[name][0]
-            page += f".B {escape(flat(member.find('definition')) + flat(member.find('argsstring')))};\n"
+            page += f".B extern {escape(flat(member.find('definition')))};\n"
         page += ".fi\n.SH DESCRIPTION\n" + paragraphs(group.find("detaileddescription")).removeprefix(".PP\n")
         for name in tables:
             member = self.members[name][0]
