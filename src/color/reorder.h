@@ -14,11 +14,11 @@ inline u8x16 moved_up(u8x16 a, int bytes) { return {_mm_slli_epi64(a.v, 8 * byte
 inline u8x16 moved_down(u8x16 a, int bytes) { return {_mm_srli_epi64(a.v, 8 * bytes)}; }
 inline u8x16 in_each_half(uint64_t mask) { return {_mm_set1_epi64x(int64_t(mask))}; }
 
-/// The bytes of each of four words in reverse order.
-inline u8x16 reversed_words(u8x16 a) {
-  const auto swapped = as<u16x8>(a) << 8 | as<u16x8>(a) >> 8;
-  constexpr int other_half = _MM_SHUFFLE(2, 3, 0, 1);
-  return {_mm_shufflehi_epi16(_mm_shufflelo_epi16(swapped.v, other_half), other_half)};
+/// Four pixels that begin with alpha, red and blue exchanged: the upper byte of each word for that of the other.
+inline u8x16 exchanged(u8x16 pixels) {
+  const u8x16 lower = {_mm_set1_epi16(0xff)}, upper = {_mm_andnot_si128(lower.v, pixels.v)};
+  constexpr int other_word = _MM_SHUFFLE(2, 3, 0, 1);
+  return (pixels & lower) | u8x16{_mm_shufflehi_epi16(_mm_shufflelo_epi16(upper.v, other_word), other_word)};
 }
 
 /// Four pixels R, G, B from four of layout L.
@@ -28,7 +28,7 @@ u8x16 without_alpha(u8x16 pixels) {
   if constexpr (L.a == 0 && L.r == 1)
     return (moved_down(pixels, 1) & in_each_half(first)) | (moved_down(pixels, 2) & in_each_half(second));
   else
-    return without_alpha<layout::ARGB>(moved_up(reversed_words(pixels), 1));
+    return without_alpha<layout::ARGB>(exchanged(pixels));
 }
 
 /// Four pixels of layout L, alpha 0, from four R, G, B.
@@ -38,7 +38,7 @@ u8x16 with_alpha(u8x16 pairs) {
   if constexpr (L.a == 0 && L.r == 1)
     return (moved_up(pairs, 1) & in_each_half(first)) | (moved_up(pairs, 2) & in_each_half(second));
   else
-    return reversed_words(moved_down(with_alpha<layout::ARGB>(pairs), 1));
+    return exchanged(with_alpha<layout::ARGB>(pairs));
 }
 
 template <PixelLayout L>
