@@ -22,10 +22,17 @@ pqx_Status pqx_Video_ColorRGB2BGR_8U_I(uint8_t* pSrcDst, int len) {
     // The next pixels are loaded before the store that ends in their first byte: a load of bytes that were stored
     // just now in two pieces would wait for both.
     auto pixels = load<u8x16>(p);
-    for (; left >= 11; left -= 5, p += 15) {
+    for (; left >= 16; left -= 10, p += 30) {
+      const auto second = load<u8x16>(p + 15), third = load<u8x16>(p + 30);
+      store(p, exchanged(pixels));
+      store(p + 15, exchanged(second));
+      pixels = third;
+    }
+    if (left >= 11) {
       const auto next = load<u8x16>(p + 15);
       store(p, exchanged(pixels));
       pixels = next;
+      left -= 5, p += 15;
     }
     store(p, exchanged(pixels));
     p += 15;
