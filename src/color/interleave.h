@@ -107,6 +107,7 @@ using ChannelsOf = std::conditional_t<sizeof(T) == 1, ByteChannels<n>, WordChann
 /// Calls run(i) so that the runs cover a row of n pixels, the last one overlapping the one before.
 template <int pixels>
 void cover_runs(int64_t n, auto run) {
+#pragma GCC unroll 2
   for (int64_t i = 0; i < n - pixels; i += pixels) run(i);
   run(n - pixels);
 }
