@@ -31,10 +31,8 @@ struct ByteChannels {
     } else if constexpr (n == 2) {
       return split(load<u8x16>(p), load<u8x16>(p + 16));
     } else {
-      const auto low = ByteChannels<2>::load_pixels(p), high = ByteChannels<2>::load_pixels(p + 32);
-      const auto even = ByteChannels<2>::split(low.plane[0], high.plane[0]);
-      const auto odd = ByteChannels<2>::split(low.plane[1], high.plane[1]);
-      return {even.plane[0], odd.plane[0], even.plane[1], odd.plane[1]};
+      return shuffled(shuffled(
+          shuffled(shuffled({load<u8x16>(p), load<u8x16>(p + 16), load<u8x16>(p + 32), load<u8x16>(p + 48)}))));
     }
   }
   void store_pixels(uint8_t* p, bool last_of_row) const {
@@ -47,6 +45,11 @@ struct ByteChannels {
       pqx::store_pixels<4>(p, quads_of<layout::RGBA>(PixelBytes{plane[0], plane[1], plane[2], plane[3]}),
                            last_of_row);
     }
+  }
+
+  static ByteChannels shuffled(const ByteChannels& c) {
+    return {interleave_low(c.plane[0], c.plane[2]), interleave_high(c.plane[0], c.plane[2]),
+            interleave_low(c.plane[1], c.plane[3]), interleave_high(c.plane[1], c.plane[3])};
   }
 
   /// Even and odd bytes of 32.
