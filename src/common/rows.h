@@ -23,6 +23,7 @@ void cover_row(int64_t n, Piece piece) {
   constexpr int width = bytes / int(sizeof(T));
   if constexpr (bytes > 4)
     if (n < width) return cover_row<T, bytes / 2>(n, piece);
+#pragma GCC unroll 2
   for (int64_t i = 0; i < n - width; i += width) piece.template operator()<bytes>(i);
   piece.template operator()<bytes>(n - width);
 }
