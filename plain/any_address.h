@@ -9,6 +9,11 @@ template <class T>
 struct [[gnu::packed, gnu::may_alias]] AnyAddress {
   T value;
   AnyAddress() = default;
+  AnyAddress(const AnyAddress&) = default;
+  AnyAddress& operator=(const AnyAddress& other) {
+    value = other.value;  // a copy of the whole is more than the compiler makes vector code of
+    return *this;
+  }
   explicit AnyAddress(auto x) : value(T(x)) {}
   operator T() const { return value; }
 };
