@@ -18,12 +18,18 @@ struct PixelPairs {
 /// Reads 16 pixels and nothing behind them.
 template <int pixel_bytes>
 PixelPairs<pixel_bytes> load_pixel_pairs(const uint8_t* p) {
-  constexpr int pair_bytes = 2 * pixel_bytes;
-  const auto pair = [=](int i) { return load_half<u16x8>(p + i * pair_bytes); };
-  // Eight bytes of a shorter pair reach into the next one: the last pair is taken from the end of its eight.
-  const u16x8 last = {_mm_srli_epi64(load_half<u16x8>(p + 8 * pair_bytes - 8).v, 8 * (8 - pair_bytes))};
-  const u16x8 q04 = interleave_low(pair(0), pair(4)), q15 = interleave_low(pair(1), pair(5));
-  const u16x8 q26 = interleave_low(pair(2), pair(6)), q37 = interleave_low(pair(3), last);
+  u16x8 q04, q15, q26, q37;
+  if constexpr (pixel_bytes == 4) {
+    const auto two = [=](int i) { return load<u16x8>(p + 16 * i); };
+    q04 = interleave_low(two(0), two(2)), q15 = interleave_high(two(0), two(2));
+    q26 = interleave_low(two(1), two(3)), q37 = interleave_high(two(1), two(3));
+  } else {
+    const auto pair = [=](int i) { return load_half<u16x8>(p + 6 * i); };
+    // The eight bytes of a pair reach into the next one: the last pair is taken from the end of its eight.
+    const u16x8 last = {_mm_srli_epi64(load_half<u16x8>(p + 40).v, 16)};
+    q04 = interleave_low(pair(0), pair(4)), q15 = interleave_low(pair(1), pair(5));
+    q26 = interleave_low(pair(2), pair(6)), q37 = interleave_low(pair(3), last);
+  }
   const u16x8 even_low = interleave_low(q04, q26), even_high = interleave_high(q04, q26);
   const u16x8 odd_low = interleave_low(q15, q37), odd_high = interleave_high(q15, q37);
   PixelPairs<pixel_bytes> pairs;
