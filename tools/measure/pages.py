@@ -1,0 +1,69 @@
+#!/usr/bin/env python3
+"""Puts measured tables into docs/pages and draws docs/figures: pages.py [--check] [DIRECTORY]
+
+The directory holds the programs built from this folder; without it, only the figures of bench/results.md are drawn. In
+a page, a table stands between the comments "measured: NAME" and "end of NAME"; NAME is a section that a program prints
+below "== NAME". With --check nothing is written, and what is out of date is an error.
+"""
+import pathlib
+import re
+import subprocess
+import sys
+
+ROOT = pathlib.Path(__file__).resolve().parents[2]
+sys.dont_write_bytecode = True
+sys.path.insert(0, str(ROOT / "docs/figures"))
+import draw
+
+PROGRAMS = ("color_error", "inverse_error", "sampler_error")
+
+
+def measure(directory):
+    sections = {}
+    for program in PROGRAMS:
+        output = subprocess.run([directory / program], check=True, capture_output=True, text=True).stdout
+        for section in output.split("== ")[1:]:
+            name, _, body = section.partition("\n")
+            sections[name] = body
+    return sections
+
+
+def tables(sections):
+    return {name for name, body in sections.items() if body.startswith("|")}
+
+
+def filled(page, sections):
+    return re.sub(r"(<!-- measured: ([\w-]+) -->\n).*?(<!-- end of \2 -->)",
+                  lambda match: f"{match[1]}\n{sections[match[2]]}\n{match[3]}", page, flags=re.DOTALL)
+
+
+def measured(directory):
+    sections = measure(directory)
+    wanted = {path: path.read_text() for path in sorted((ROOT / "docs/pages").glob("*.md"))}
+    shown = {name for text in wanted.values() for name in re.findall(r"<!-- end of ([\w-]+) -->", text)}
+    if shown != tables(sections):
+        sys.exit(f"Measured or shown, but not both: {', '.join(shown ^ tables(sections))}")
+    return {path: filled(text, sections) for path, text in wanted.items()} | drawn(draw.from_measurements(sections))
+
+
+def drawn(pictures):
+    return {ROOT / "docs/figures" / f"{name}.svg": str(picture) for name, picture in pictures.items()}
+
+
+def main():
+    arguments = [argument for argument in sys.argv[1:] if argument != "--check"]
+    check = len(arguments) < len(sys.argv) - 1
+    wanted = drawn(draw.from_benchmarks((ROOT / "bench/results.md").read_text()))
+    if arguments:
+        wanted |= measured(pathlib.Path(arguments[0]))
+
+    stale = [path for path, text in wanted.items() if not path.exists() or path.read_text() != text]
+    for path in stale:
+        print("out of date:" if check else "written:", path.relative_to(ROOT))
+        if not check:
+            path.write_text(wanted[path])
+    if check and stale:
+        sys.exit("Build the target pages.")
+
+
+main()
