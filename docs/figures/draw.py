@@ -233,7 +233,7 @@ def color_error(section):
     wide, high, left, top, pitch = 156, 34, 132, 58, 62
     p = Picture(left + 3 * (wide + 10) + 8, top + pitch * len(conversions) + 8, "Error of the colour conversions")
     p.text(16, 22, "Result minus exact value, in steps of 1/16", "title")
-    p.text(16, 38, "Inputs whose exact value lies in the range of results; between the lines, rounding could do no better.", "faint small")
+    p.text(16, 38, "Inputs whose exact value lies in the range of results. The lines stand at 1/2, which the best rounding leaves.", "faint small")
     x_of = lambda x0, error: x0 + wide * (error + 2) / 4
     for row, conversion in enumerate(conversions):
         y = top + row * pitch
@@ -243,11 +243,10 @@ def color_error(section):
             p.text(16, y + 39, bits, "faint small")
         for column, (component, bins) in enumerate((c, b) for (name, c), b in rows.items() if name == conversion):
             x0, highest = left + column * (wide + 10), max(bins)
-            points = [(x0, y + high)]
+            outline = f"M{x0} {y + high}"
             for i, bin in enumerate(bins):
-                level = round(y + high * (1 - bin / highest), 1)
-                points += [(x_of(x0, i / 16 - 2), level), (x_of(x0, (i + 1) / 16 - 2), level)]
-            p.path(points + [(x0 + wide, y + high)], "bar")
+                outline += f"V{y + high * (1 - bin / highest):.1f}H{x_of(x0, (i + 1) / 16 - 2):.1f}"
+            p.add(f'<path d="{outline}V{y + high}" class="bar"/>')
             p.path([(x0, y + high), (x0 + wide, y + high)], "line")
             for edge in (-0.5, 0.5):
                 p.path([(x_of(x0, edge), y - 2), (x_of(x0, edge), y + high)], "exact")
