@@ -21,7 +21,7 @@ PROGRAMS = ("color_error", "inverse_error", "sampler_error")
 def measure(directory):
     sections = {}
     for program in PROGRAMS:
-        output = subprocess.run([directory / program], check=True, capture_output=True, text=True).stdout
+        output = subprocess.run([directory / program], check=True, stdout=subprocess.PIPE, text=True).stdout
         for section in output.split("== ")[1:]:
             name, _, body = section.partition("\n")
             sections[name] = body
