@@ -13,9 +13,10 @@ lib=$(dirname "$(find "$prefix" -name libpqx_video.so)")
 export PKG_CONFIG_PATH=$lib/pkgconfig
 fail() { echo "$1"; exit 1; }
 
-# expect KIND PROGRAM [LIBRARY PATH]: the program works, and needs shared objects of ours exactly if KIND is shared.
+# expect KIND PROGRAM [LIBRARY PATH [ARGUMENT]]: the program works, and needs shared objects of ours exactly if KIND is
+# shared.
 expect() {
-  LD_LIBRARY_PATH=${3:-} "$2" >/dev/null || fail "$2 does not run"
+  LD_LIBRARY_PATH=${3:-} "$2" ${4:+"$4"} >/dev/null || fail "$2 does not run"
   local kind=static
   readelf -d "$2" | grep -q 'NEEDED.*libpqx' && kind=shared
   [ "$kind" = "$1" ] || fail "$2 is linked $kind"
@@ -23,8 +24,11 @@ expect() {
 
 cmake -S "$here/consumer" -B "$work/package" -DCMAKE_PREFIX_PATH="$prefix" -DCMAKE_C_COMPILER="$cc" >"$work/log"
 cmake --build "$work/package" >"$work/log" || fail "$(cat "$work/log")"
-expect shared "$work/package/video"
-expect static "$work/package/video_static"
+for library in video vector; do
+  expect shared "$work/package/$library"
+  expect static "$work/package/${library}_static"
+done
+expect shared "$prefix/bin/pqxvideo" "" --version
 
 cd "$work"
 c99="$cc -std=c99 -Wall -Wextra -Wpedantic -Werror $here/consumer/consumer.c"
@@ -39,7 +43,10 @@ expect shared ./bare "$lib"
 
 (cd / && "$loader" "$lib/libpqx_video.so" own)
 
-cmake -S "$here/consumer" -B "$work/subproject" -DSOURCE="$source" -DCMAKE_C_COMPILER="$cc" >"$work/log"
-cmake --build "$work/subproject" -j2 >"$work/log" 2>&1 || fail "$(cat "$work/log")"
-expect shared "$work/subproject/video"
-expect static "$work/subproject/video_static"
+for way in FETCH SUBDIRECTORY; do
+  cmake -S "$here/consumer" -B "$work/$way" "-D$way=$source" -DCMAKE_C_COMPILER="$cc" >"$work/log"
+done
+# The first way ends in the second: one of them built is enough.
+cmake --build "$work/FETCH" -j2 >"$work/log" 2>&1 || fail "$(cat "$work/log")"
+expect shared "$work/FETCH/video"
+expect static "$work/FETCH/video_static"
