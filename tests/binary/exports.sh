@@ -1,8 +1,9 @@
 #!/usr/bin/env bash
-# exports.sh LIBRARY HEADER: the library exports what the header declares, functions under both names, and nothing
-# else; it needs its companion, the math and the C library; it has a soname and runs no code when it is loaded.
+# exports.sh LIBRARY HEADER COMPANION DEBIAN: the library exports what the header declares, functions under both names,
+# and nothing else; the packages' symbols files list just that; it needs its companion, the math and the C library; it
+# has a soname and runs no code when it is loaded.
 set -euo pipefail
-library=$1 header=$2
+library=$1 header=$2 companion=$3 debian=$4
 failed=0
 expect_same() {  # WHAT EXPECTED ACTUAL
   [ "$2" = "$3" ] && return
@@ -15,8 +16,14 @@ data=$(grep -oP '^extern PQX_API .*?\bpqx\w+(?=[\[;])' "$header" | grep -oP '\w+
 twins=$(grep -vE '^pqx_VideoInterpX_Y_XY_8U_(comm|w16)$' <<<"$functions" | sed 's/^/__/')
 [ "$(wc -l <<<"$functions")" -ge 50 ] || { echo "found too few declarations in $header"; exit 1; }
 
-expect_same "exported symbols" "$(printf '%s\n' "$functions" "$twins" "$data" | sort)" \
-  "$(nm -D --defined-only "$library" | awk '{print $3}' | sort)"
+symbols_of() { nm -D --defined-only "$1" | awk '{print $3}' | sort; }
+expect_same "exported symbols" "$(printf '%s\n' "$functions" "$twins" "$data" | sort)" "$(symbols_of "$library")"
+for file in "$library" "$companion"; do
+  name=$(basename "$file" .so) package=$(basename "${file//_/-}" .so)
+  symbols=$debian/$package.symbols
+  expect_same "first line of $symbols" "$name.so $package #MINVER#" "$(head -n 1 "$symbols")"
+  expect_same "$symbols" "$(symbols_of "$file")" "$(sed -E '1d; /^\* /d; s/^ (\w+)@Base [0-9.]+$/\1/' "$symbols" | sort)"
+done
 
 address_of() { nm -D --defined-only "$library" | awk -v n="$1" '$3 == n {print $1}'; }
 for name in $twins; do

@@ -1,0 +1,20 @@
+#!/usr/bin/env bash
+# version.sh SOURCE VERSION LIBRARY: every place that names a version names the one of the build, and the newest release
+# in the change log tells in its ABI line how many symbols the library exports.
+set -euo pipefail
+source=$1 version=$2 library=$3
+failed=0
+expect() {  # WHERE EXPECTED FOUND
+  [ "$2" = "$3" ] || { echo "$1: '$3', not '$2'"; failed=1; }
+}
+IFS=. read -r major minor patch <<<"$version"
+digits=$(printf '%d%d%02d' "$major" "$minor" "$patch")
+changes=$source/CHANGELOG.md
+
+expect "identification in the library" "$digits" "$(grep -aoPm1 '@\(#\)PQX:\K\d+' "$library")"
+expect "pqx_GetVersion in the header" "$digits" "$(grep -oPm1 'PQX:\K\d+' "$source/include/pqx_video.h")"
+expect "CHANGELOG.md" "$version" "$(grep -oPm1 '^## \K\S+' "$changes")"
+expect "debian/changelog" "$version" "$(grep -oPm1 '^pqx-video \(\K[^)]+' "$source/debian/changelog")"
+expect "ABI line in CHANGELOG.md" "$(nm -D --defined-only "$library" | wc -l)" \
+  "$(sed '/^## /,/^## /!d' "$changes" | grep -oPm1 '^ABI: .*\blibpqx_video\.so exports \K\d+(?= symbols)')"
+exit $failed
