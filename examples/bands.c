@@ -87,7 +87,7 @@ int main(int argc, char** argv) {
     memset(work->result, 0, bytes);
     double several = milliseconds(*work, threads);
     const int same = memcmp(whole, work->result, bytes) == 0;
-    for (int n = 0; table && n < 7; ++n) {
+    for (int n = 0; table && n < 20; ++n) {
       one = least(one, milliseconds(*work, 1));
       several = least(several, milliseconds(*work, 2));
     }

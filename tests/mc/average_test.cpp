@@ -28,7 +28,7 @@ void check(const char* name) {
                {{4, 0, {0}}, {4, 2, {0}}}});
   const auto equal_steps = [](Ints n) { return n[4] == 2 || n[4] == 4 || n[4] == 8 ? n[4] : 16; };
   const Argument in_place = plane(3, equal_steps, [](Ints n) { return std::max(n[5] + 3, 0) / 4 * 4; });
-  test::check({name,
+  test::check({std::string(name) + " with one step",
                test::erase(with_one_step<ours>),
                test::erase(with_one_step<plain>),
                {in_place, in_place, in_place, step(equal_steps), widths, heights},
@@ -36,10 +36,10 @@ void check(const char* name) {
 }
 
 TEST(Average, RoundsEachOfItsMeans) {
-  check<pqx_Video_Average2NoRnd_8U, plain::Average2NoRnd_8U>("Average2NoRnd");
-  check<pqx_Video_Average2Rnd_8U, plain::Average2Rnd_8U>("Average2Rnd");
-  check<pqx_Video_Average3NoRnd_8U, plain::Average3NoRnd_8U>("Average3NoRnd");
-  check<pqx_Video_Average3Rnd_8U, plain::Average3Rnd_8U>("Average3Rnd");
+  check<pqx_Video_Average2NoRnd_8U, plain::Average2NoRnd_8U>("pqx_Video_Average2NoRnd_8U");
+  check<pqx_Video_Average2Rnd_8U, plain::Average2Rnd_8U>("pqx_Video_Average2Rnd_8U");
+  check<pqx_Video_Average3NoRnd_8U, plain::Average3NoRnd_8U>("pqx_Video_Average3NoRnd_8U");
+  check<pqx_Video_Average3Rnd_8U, plain::Average3Rnd_8U>("pqx_Video_Average3Rnd_8U");
 }
 
 }  // namespace

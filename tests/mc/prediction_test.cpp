@@ -150,11 +150,11 @@ TEST(Prediction, InterpolatesThreePlanesWithinTheBlock) {
   const Argument a = planes(1, 2, 3), b = planes(4, 0, 5, 16), c = planes(4, 5, 6);
   test::check({
       OPERATION(InterpX_Y_XY_8U, {a, width_at(2), size(widths), size(heights), a, a, a}),
-      {"w16",
+      {"pqx_VideoInterpX_Y_XY_8U_w16",
        test::erase(pqx_VideoInterpX_Y_XY_8U_w16),
        test::erase(plain::InterpX_Y_XY_8U_w16),
        {b, b, b, b, step([](Ints) { return 16; }), size(heights)}},
-      {"comm",
+      {"pqx_VideoInterpX_Y_XY_8U_comm",
        test::erase(pqx_VideoInterpX_Y_XY_8U_comm),
        test::erase(plain::InterpX_Y_XY_8U_comm),
        {c, c, c, c, width_at(5), size(widths), size(heights)}},

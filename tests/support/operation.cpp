@@ -6,6 +6,8 @@
 
 #include <sstream>
 
+#include "footprint.h"
+
 namespace test {
 namespace {
 
@@ -75,6 +77,10 @@ class Checker {
   }
 
   void placements(std::vector<int>& ints) {
+    for (int turn : {0, 1, 2}) {
+      steps(ints, turn);
+      compare_with_manual(op_, ints);
+    }
     for (int placement = ends_at_guard; placement < 16; ++placement) {
       steps(ints, placement);
       for (Data data : {Data::random, Data::extreme, Data::small, Data::flat}) {

@@ -1,0 +1,261 @@
+#include "footprint.h"
+
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <regex>
+#include <sstream>
+#include <stdexcept>
+
+namespace test {
+namespace {
+
+std::string text_of(const std::string& path) {
+  std::ifstream file(PQX_SOURCE_DIR "/" + path);
+  if (!file) throw std::runtime_error("cannot read " + path);
+  std::ostringstream text;
+  text << file.rdbuf();
+  return text.str();
+}
+
+std::vector<std::string> found(const std::string& text, const char* pattern) {
+  const std::regex regex(pattern);
+  std::vector<std::string> matches;
+  for (std::sregex_iterator i(text.begin(), text.end(), regex), end; i != end; ++i) matches.push_back((*i)[1]);
+  return matches;
+}
+
+/// Evaluates C's integer expressions.
+class Expression {
+ public:
+  using Lookup = std::function<int64_t(const std::string&)>;
+  Expression(const std::string& text, const Lookup& lookup) : text_(text), lookup_(lookup) {}
+
+  int64_t value() {
+    const int64_t result = choice();
+    if (peek() != '\0') throw std::runtime_error("cannot read \"" + text_ + "\" from " + std::to_string(at_));
+    return result;
+  }
+
+ private:
+  char peek() {
+    while (at_ < text_.size() && text_[at_] == ' ') ++at_;
+    return at_ < text_.size() ? text_[at_] : '\0';
+  }
+  bool take(const std::string& sign) {
+    peek();
+    if (text_.compare(at_, sign.size(), sign) != 0) return false;
+    if (sign.size() == 1 && sign != "(" && at_ + 1 < text_.size() &&
+        (text_[at_ + 1] == '=' || text_[at_ + 1] == sign[0]))
+      return false;
+    at_ += sign.size();
+    return true;
+  }
+  int64_t choice() {
+    const int64_t condition = binary(0);
+    if (!take("?")) return condition;
+    const int64_t yes = choice();
+    if (!take(":")) throw std::runtime_error("no : in \"" + text_ + "\"");
+    const int64_t no = choice();
+    return condition ? yes : no;
+  }
+  int64_t binary(size_t level) {
+    static const std::vector<std::vector<std::string>> levels = {{"||"}, {"&&"},     {"=="},         {"<", ">"},
+                                                                 {"&"},  {"+", "-"}, {"*", "/", "%"}};
+    if (level == levels.size()) return primary();
+    int64_t left = binary(level + 1);
+    for (;;) {
+      const auto sign =
+          std::find_if(levels[level].begin(), levels[level].end(), [&](const auto& s) { return take(s); });
+      if (sign == levels[level].end()) return left;
+      const int64_t right = binary(level + 1);
+      switch ((*sign)[0]) {
+        case '|':
+          left = left || right;
+          break;
+        case '&':
+          left = sign->size() == 2 ? left && right : left & right;
+          break;
+        case '=':
+          left = left == right;
+          break;
+        case '<':
+          left = left < right;
+          break;
+        case '>':
+          left = left > right;
+          break;
+        case '+':
+          left += right;
+          break;
+        case '-':
+          left -= right;
+          break;
+        case '*':
+          left *= right;
+          break;
+        case '/':
+          left /= right;
+          break;
+        default:
+          left %= right;
+      }
+    }
+  }
+  int64_t primary() {
+    if (take("(")) {
+      const int64_t value = choice();
+      if (!take(")")) throw std::runtime_error("no ) in \"" + text_ + "\"");
+      return value;
+    }
+    peek();
+    const size_t begin = at_;
+    while (at_ < text_.size() && (std::isalnum(text_[at_]) || text_[at_] == '_')) ++at_;
+    const std::string word = text_.substr(begin, at_ - begin);
+    if (word.empty()) throw std::runtime_error("a value is missing in \"" + text_ + "\"");
+    if (std::isdigit(word[0])) return std::stoll(word);
+    if (word != "max") return lookup_(word);
+    if (!take("(")) throw std::runtime_error("max of what in \"" + text_ + "\"");
+    const int64_t a = choice();
+    if (!take(",")) throw std::runtime_error("max of one value in \"" + text_ + "\"");
+    const int64_t b = choice();
+    if (!take(")")) throw std::runtime_error("no ) in \"" + text_ + "\"");
+    return std::max(a, b);
+  }
+
+  const std::string& text_;
+  const Lookup& lookup_;
+  size_t at_ = 0;
+};
+
+std::vector<std::string> split(const std::string& text, const std::string& separator) {
+  std::vector<std::string> parts;
+  size_t begin = 0;
+  for (size_t end; (end = text.find(separator, begin)) != std::string::npos; begin = end + separator.size())
+    parts.push_back(text.substr(begin, end - begin));
+  parts.push_back(text.substr(begin));
+  return parts;
+}
+
+std::map<std::string, Footprint> read_page() {
+  std::map<std::string, Footprint> functions;
+  std::vector<std::string> names;
+  bool in_definitions = false;
+  std::istringstream page(text_of("docs/pages/footprints.md"));
+  for (std::string line; std::getline(page, line);) {
+    if (line.rfind("pqx_Video", 0) == 0) names = found(line, "(pqx_\\w+)\\(\\)");
+    if (line.empty() || line[0] == '#') in_definitions = false;
+    if (line[0] == '#') names.clear();
+    if (line.rfind("with `", 0) == 0) in_definitions = true;
+    const std::vector<std::string> code = found(line, "`([^`]*)`");
+    if (in_definitions)
+      for (const std::string& definition : code)
+        for (const std::string& name : names)
+          functions[name].definitions[definition.substr(0, definition.find(" = "))] =
+              definition.substr(definition.find(" = ") + 3);
+    if (line.rfind("| `", 0) == 0 && !names.empty())
+      for (size_t k = 0; k + 1 < code.size(); ++k)
+        for (const std::string& name : names)
+          functions[name].arguments[code[k]] = {line.find("| reads") != std::string::npos,
+                                                line.find("writes |") != std::string::npos, code.back()};
+  }
+  return functions;
+}
+
+}  // namespace
+
+const std::map<std::string, Footprint>& Footprint::all() {
+  static const std::map<std::string, Footprint> functions = read_page();
+  return functions;
+}
+
+const Footprint* Footprint::of(const std::string& function) {
+  const auto at = all().find(function);
+  return at == all().end() ? nullptr : &at->second;
+}
+
+std::vector<Span> Footprint::spans(const std::string& argument, const std::map<std::string, int64_t>& values) const {
+  Expression::Lookup lookup = [&](const std::string& name) -> int64_t {
+    if (const auto d = definitions.find(name); d != definitions.end()) return Expression(d->second, lookup).value();
+    if (const auto v = values.find(name); v != values.end()) return v->second;
+    throw std::runtime_error("nothing is called " + name);
+  };
+  const auto evaluate = [&](const std::string& text) { return Expression(text, lookup).value(); };
+  std::vector<Span> spans;
+  for (const std::string& part : split(arguments.at(argument).formula, " and ")) {
+    const auto places = split(part, ", from ");
+    std::vector<int64_t> offsets = {0};
+    if (places.size() > 1) {
+      offsets.clear();
+      for (const std::string& offset : split(places[1], ", ")) offsets.push_back(evaluate(offset));
+    }
+    int64_t rows = 1, bytes = 0, apart = 0;
+    if (const auto lines = split(places[0], " rows of "); lines.size() == 2) {
+      const size_t comma = lines[1].rfind(", ");
+      rows = evaluate(lines[0]);
+      bytes = evaluate(lines[1].substr(0, comma));
+      apart = evaluate(lines[1].substr(comma + 2, lines[1].rfind(" apart") - comma - 2));
+    } else {
+      bytes = evaluate(places[0]);
+    }
+    for (const int64_t offset : offsets)
+      for (int64_t row = 0; row < rows && bytes > 0; ++row) spans.push_back({offset + row * apart, bytes});
+  }
+  return joined(spans);
+}
+
+const std::map<std::string, std::vector<Parameter>>& declared_functions() {
+  static const auto functions = [] {
+    std::map<std::string, std::vector<Parameter>> all;
+    const std::string header = text_of("include/pqx_video.h");
+    const std::regex declaration("\nPQX_API [^;(]*?\\b(pqx_Video\\w+)\\(([^)]*)\\);"),
+        parameter("\\s*([^,]*?)(\\w+)\\s*(,|$)");
+    for (std::sregex_iterator i(header.begin(), header.end(), declaration), end; i != end; ++i) {
+      const std::string list = (*i)[2];
+      for (std::sregex_iterator p(list.begin(), list.end(), parameter); p != end; ++p)
+        all[(*i)[1]].push_back({(*p)[1], (*p)[2]});
+    }
+    return all;
+  }();
+  return functions;
+}
+
+std::vector<Span> joined(std::vector<Span> spans) {
+  std::erase_if(spans, [](const Span& s) { return s.bytes <= 0; });
+  std::sort(spans.begin(), spans.end(), [](const Span& a, const Span& b) { return a.offset < b.offset; });
+  std::vector<Span> result;
+  for (const Span& s : spans)
+    if (!result.empty() && s.offset <= result.back().offset + result.back().bytes)
+      result.back().bytes = std::max(result.back().bytes, s.offset + s.bytes - result.back().offset);
+    else
+      result.push_back(s);
+  return result;
+}
+
+void compare_with_manual(const Operation& operation, Ints ints) {
+  const std::string function = operation.name.rfind("pqx_", 0) == 0 ? operation.name : "pqx_Video_" + operation.name;
+  const Footprint* const footprint = Footprint::of(function);
+  if (!footprint || ::testing::Test::HasFailure()) return;
+  const std::vector<Parameter>& parameters = declared_functions().at(function);
+  std::map<std::string, int64_t> values;
+  std::ostringstream call;
+  for (size_t k = 0; k < ints.size(); ++k)
+    if (!operation.arguments[k].is_pointer) {
+      values[parameters[k].name] = ints[k];
+      call << parameters[k].name << " " << ints[k] << ", ";
+    }
+  for (size_t k = 0; k < ints.size(); ++k)
+    if (operation.arguments[k].is_pointer) {
+      const auto touched = joined(operation.arguments[k].spans(ints)),
+                 said = footprint->spans(parameters[k].name, values);
+      const bool same =
+          std::equal(touched.begin(), touched.end(), said.begin(), said.end(),
+                     [](const Span& a, const Span& b) { return a.offset == b.offset && a.bytes == b.bytes; });
+      if (same) continue;
+      ADD_FAILURE() << function << ", " << call.str() << parameters[k].name << ": the manual has "
+                    << footprint->arguments.at(parameters[k].name).formula << ", which is not what is touched";
+      return;
+    }
+}
+
+}  // namespace test
