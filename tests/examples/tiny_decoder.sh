@@ -3,6 +3,7 @@
 # (a letter) further up, with a pattern in its corner.
 set -euo pipefail
 output=$("$1")
+diff <(echo "$output") "$(dirname "$0")/../../examples/tiny_decoder.txt" || { echo "the manual shows something else"; exit 1; }
 # Of the letters for bright pixels: how many, and the means of column and row.
 disc() {
   sed -n "/^picture $1\$/,/^picture/p" <<<"$output" | grep -v picture |
