@@ -1,5 +1,6 @@
 #!/usr/bin/env python3
-"""man.py XML MAN3 VERSION: makes manual pages, one for each function, from Doxygen's XML.
+"""man.py XML FOOTPRINTS MAN3 VERSION: makes manual pages, one for each function, from Doxygen's XML and the manual's
+page of footprints.
 
 Besides them: pqx_video(3), which holds for all of them, and pqx_video_tables(3), to which the name of each table leads.
 """
@@ -10,6 +11,9 @@ import xml.etree.ElementTree as ElementTree
 from pathlib import Path
 
 INLINE = {"bold": "B", "emphasis": "I", "computeroutput": "I", "ref": None, "ulink": None, "highlight": None}
+FOOTPRINTS = """The pages on the operations give the bytes that are read and written: a number of them, or rows of so many
+bytes, each of them so many bytes behind the one before it; from an offset, or from each of several; nothing where a
+number is below 1. Operators are those of C, division truncates toward zero."""
 SPECIAL = {"sp": " ", "ndash": "-", "mdash": " - ", "nonbreakablespace": " ", "linebreak": "\n"}
 
 
@@ -103,9 +107,26 @@ def purpose(text):
     return escape(text[0].lower() + text[1:] if not text[:2].isupper() else text)
 
 
+def read_footprints(page):
+    """By function: what stands before the table, and its rows of arguments, kinds of access and formula."""
+    footprints, names, definitions = {}, [], ""
+    for line in page.read_text().split("\n\n"):
+        line = line.strip()
+        if line.startswith("pqx_"):
+            names, definitions = re.findall(r"(pqx_\w+)\(\)", line), re.sub(r"^.*\(\):? ?", "", line, flags=re.S)
+        elif line.startswith("with `"):
+            definitions = f"{definitions}; {line}".removeprefix("; ")
+        elif line.startswith("| argument") and names:
+            rows = [[cell.strip() for cell in row.strip("|").split("|")] for row in line.split("\n")[2:]]
+            footprints.update({name: (definitions, rows) for name in names})
+            names = []
+    return footprints
+
+
 class Library:
-    def __init__(self, directory, version):
+    def __init__(self, directory, footprints, version):
         self.version = version
+        self.footprints = read_footprints(footprints)
         root = lambda name: ElementTree.parse(directory / f"{name}.xml").getroot().find("compounddef")
         index = ElementTree.parse(directory / "index.xml").getroot()
         self.groups = [root(c.get("refid")) for c in index.findall("compound[@kind='group']")]
@@ -138,7 +159,7 @@ class Library:
                 page += f".TP\n.I {item.find('parameternamelist/parametername').text}\n{text}"
         result = member.findall(".//simplesect[@kind='return']/para")
         page += ".SH RETURN VALUE\n" + ("".join(blocks(p, "") for p in result).strip() or "None") + ".\n"
-        page += ".SH NOTES\n" + self.notes(names)
+        page += self.footprint(name) + ".SH NOTES\n" + self.notes(names)
         return page + self.see_also(member, group, name)
 
     def prototype(self, member):
@@ -162,6 +183,18 @@ class Library:
             lines[-1] += f'{escape(kind)}" {name} "{end}'
             width += len(kind) + len(name) + len(end)
         return "\n".join(lines) + '"\n'
+
+    def footprint(self, name):
+        """The bytes of each buffer."""
+        if name not in self.footprints:
+            return ""
+        code = lambda text: re.sub(r"`([^`]*)`", r"\\fI\1\\fR", escape(text).replace("\\(ga", "`"))
+        definitions, rows = self.footprints[name]
+        head = "Bytes from each pointer on" + (", " + code(" ".join(definitions.split())) if definitions else "") + ":"
+        page = f".SH FOOTPRINT\n{filled(head)}\n"
+        for arguments, access, formula in rows:
+            page += f".TP\n{code(arguments)}\n{filled(code(access + ' ' + formula))}\n"
+        return page
 
     def notes(self, names):
         own = {True: f"Both names are exported at one entry; calls within the library use \\fI{names[-1]}\\fR.",
@@ -189,6 +222,7 @@ class Library:
             member = self.members[name][0]
             page += f".B extern {escape(flat(member.find('definition')))};\n"
         page += ".fi\n.SH DESCRIPTION\n" + paragraphs(self.file.find("detaileddescription")).removeprefix(".PP\n")
+        page += ".SS Footprints\n" + filled(escape(FOOTPRINTS)) + "\n"
         page += ".SS Status codes\n"
         for name in self.of_kind("define"):
             member = self.members[name][0]
@@ -225,8 +259,8 @@ def references(names):
     return " ,\n".join(lines) + "\n"
 
 
-def main(xml, target, version):
-    library = Library(Path(xml), version)
+def main(xml, footprints, target, version):
+    library = Library(Path(xml), Path(footprints), version)
     Path(target).mkdir(exist_ok=True)
     pages = {name: library.function_page(name) for name in library.of_kind("function")}
     pages["pqx_video"] = library.overview()

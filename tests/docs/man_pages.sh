@@ -19,6 +19,7 @@ for name in $functions; do
   page=man3/$name.3
   [ -e "$page" ] || { complaint "$page is missing"; continue; }
   grep -q "^$names "'\\- [a-zA-Z0-9]' "$page" || complaint "$page is not headed $names"
+  [[ $name != pqx_Video* ]] || grep -qx '\.SH FOOTPRINT' "$page" || complaint "$page has no footprint"
   for section in NAME LIBRARY SYNOPSIS DESCRIPTION 'RETURN VALUE' NOTES 'SEE ALSO'; do
     grep -qx "\.SH $section" "$page" || complaint "$page has no section $section"
   done
