@@ -39,7 +39,7 @@ FileBytes::FileBytes(const std::string& path) {
   size_t capacity = S_ISREG(info.st_mode) ? size_t(info.st_size) + 1 : size_t{1} << 16;
   for (;;) {
     if (size_ > max_file_bytes || capacity > 2 * max_file_bytes) throw Failure("cannot read: file too large");
-    auto grown = std::make_unique_for_overwrite<uint8_t[]>(capacity);
+    Memory grown = uninitialized_memory(capacity);
     std::copy_n(bytes_.get(), size_, grown.get());
     bytes_ = std::move(grown);
     while (size_ < capacity) {

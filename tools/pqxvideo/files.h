@@ -2,9 +2,11 @@
 
 #include <cstdint>
 #include <cstdio>
-#include <memory>
 #include <span>
 #include <string>
+#include <utility>
+
+#include "memory.h"
 
 namespace pqxvideo {
 
@@ -13,10 +15,12 @@ class FileBytes {
  public:
   explicit FileBytes(const std::string& path);
   operator std::span<const uint8_t>() const { return {bytes_.get(), size_}; }
+  /// Hands over the memory that they lie in.
+  Memory release() && { return std::move(bytes_); }
 
  private:
   size_t size_ = 0;
-  std::unique_ptr<uint8_t[]> bytes_;
+  Memory bytes_;
 };
 
 /// A file that appears under its name only when it is complete: it is written beside it and renamed by commit().

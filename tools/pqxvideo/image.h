@@ -2,10 +2,11 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <memory>
 #include <string>
+#include <utility>
 
 #include "failure.h"
+#include "memory.h"
 
 namespace pqxvideo {
 
@@ -26,21 +27,30 @@ class Image {
         height_(height),
         channels_(channels),
         step_((size_t(width) + 1) / 2 * 2 * size_t(channels)),
-        samples_(
-            (check_dimensions(width, height), std::make_unique_for_overwrite<uint8_t[]>(step_ * size_t(height)))) {}
+        storage_((check_dimensions(width, height), uninitialized_memory(step_ * size_t(height)))),
+        samples_(storage_.get()) {}
+  /// Of an even width, with samples that stand somewhere in the storage, row by row.
+  Image(int width, int height, int channels, Memory storage, uint8_t* samples)
+      : width_(width),
+        height_(height),
+        channels_(channels),
+        step_(size_t(width) * size_t(channels)),
+        storage_(std::move(storage)),
+        samples_(samples) {}
 
   int width() const { return width_; }
   int height() const { return height_; }
   int channels() const { return channels_; }
   size_t row_bytes() const { return size_t(width_) * size_t(channels_); }
   size_t step() const { return step_; }
-  uint8_t* row(int y) { return samples_.get() + step_ * size_t(y); }
-  const uint8_t* row(int y) const { return samples_.get() + step_ * size_t(y); }
+  uint8_t* row(int y) { return samples_ + step_ * size_t(y); }
+  const uint8_t* row(int y) const { return samples_ + step_ * size_t(y); }
 
  private:
   int width_, height_, channels_;
   size_t step_;
-  std::unique_ptr<uint8_t[]> samples_;
+  Memory storage_;
+  uint8_t* samples_;
 };
 
 }  // namespace pqxvideo

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <utility>
 
 #include "files.h"
 #include "jpeg_decoder.h"
@@ -25,9 +26,9 @@ bool is_pnm_name(const std::string& path) {
 
 Image read_picture(const std::string& path) {
   return naming(path, [&] {
-    const FileBytes bytes(path);
+    FileBytes bytes(path);
     if (is_png(bytes)) return read_png(bytes);
-    if (is_pnm(bytes)) return read_pnm(bytes);
+    if (is_pnm(bytes)) return read_pnm(std::move(bytes));
     if (is_jpeg(bytes)) return decode_jpeg(bytes);
     throw Failure("not a PNG, PNM or JPEG file");
   });

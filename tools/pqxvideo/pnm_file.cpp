@@ -48,14 +48,12 @@ class HeaderReader {
   size_t position_ = 2;
 };
 
-}  // namespace
+struct Header {
+  int width, height, channels, maximum;
+  std::span<const uint8_t> samples;
+};
 
-bool is_pnm(std::span<const uint8_t> bytes) {
-  return bytes.size() > 2 && bytes[0] == 'P' && bytes[1] >= '1' && bytes[1] <= '7' &&
-         (bytes[2] == '#' || bytes[2] == ' ' || (bytes[2] >= '\t' && bytes[2] <= '\r'));
-}
-
-Image read_pnm(std::span<const uint8_t> bytes) {
+Header read_header(std::span<const uint8_t> bytes) {
   if (bytes[1] != '5' && bytes[1] != '6')
     throw Failure(std::string("not supported: PNM of type P") + char(bytes[1]) + " (only P5 and P6 are)");
   HeaderReader header(bytes);
@@ -67,18 +65,44 @@ Image read_pnm(std::span<const uint8_t> bytes) {
   const std::span<const uint8_t> samples = header.samples();
   const int channels = bytes[1] == '5' ? 1 : 3;
   if (samples.size() < size_t(width * height * channels)) throw Failure("truncated PNM: samples are missing");
-  Image image{int(width), int(height), channels};
-  for (int y = 0; y < image.height(); ++y)
-    std::copy_n(&samples[size_t(y) * image.row_bytes()], image.row_bytes(), image.row(y));
+  return {int(width), int(height), channels, int(maximum), samples};
+}
 
-  if (maximum < 255) {
-    std::array<uint8_t, 256> scaled;
-    for (int64_t i = 0; i < 256; ++i)
-      scaled[size_t(i)] = uint8_t(std::min<int64_t>((i * 255 + maximum / 2) / maximum, 255));
-    for (int y = 0; y < image.height(); ++y)
-      std::transform(image.row(y), image.row(y) + image.row_bytes(), image.row(y),
-                     [&](uint8_t s) { return scaled[s]; });
-  }
+/// Scales samples of a smaller maximum up to 255.
+void stretch(Image& image, int maximum) {
+  if (maximum == 255) return;
+  std::array<uint8_t, 256> scaled;
+  for (int i = 0; i < 256; ++i) scaled[size_t(i)] = uint8_t(std::min((i * 255 + maximum / 2) / maximum, 255));
+  for (int y = 0; y < image.height(); ++y)
+    std::transform(image.row(y), image.row(y) + image.row_bytes(), image.row(y),
+                   [&](uint8_t s) { return scaled[s]; });
+}
+
+}  // namespace
+
+bool is_pnm(std::span<const uint8_t> bytes) {
+  return bytes.size() > 2 && bytes[0] == 'P' && bytes[1] >= '1' && bytes[1] <= '7' &&
+         (bytes[2] == '#' || bytes[2] == ' ' || (bytes[2] >= '\t' && bytes[2] <= '\r'));
+}
+
+Image read_pnm(std::span<const uint8_t> bytes) {
+  const Header header = read_header(bytes);
+  Image image{header.width, header.height, header.channels};
+  for (int y = 0; y < image.height(); ++y)
+    std::copy_n(&header.samples[size_t(y) * image.row_bytes()], image.row_bytes(), image.row(y));
+  stretch(image, header.maximum);
+  return image;
+}
+
+Image read_pnm(FileBytes&& file) {
+  const std::span<const uint8_t> bytes = file;
+  const Header header = read_header(bytes);
+  if (header.width % 2) return read_pnm(bytes);
+  const auto offset = header.samples.data() - bytes.data();
+  Memory memory = std::move(file).release();
+  uint8_t* const samples = memory.get() + offset;
+  Image image{header.width, header.height, header.channels, std::move(memory), samples};
+  stretch(image, header.maximum);
   return image;
 }
 

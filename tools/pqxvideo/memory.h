@@ -1,0 +1,28 @@
+#pragma once
+
+#include <sys/mman.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <memory>
+#include <new>
+
+namespace pqxvideo {
+
+struct Free {
+  void operator()(void* p) const { std::free(p); }
+};
+using Memory = std::unique_ptr<uint8_t[], Free>;
+
+/// n bytes of any value. Many of them lie on huge pages, as far as there are: a page costs a fault at its first use,
+/// and small ones a large picture thousands of them.
+inline Memory uninitialized_memory(size_t n) {
+  constexpr size_t huge_page = size_t{1} << 21;
+  void* const p = n < 2 * huge_page ? std::malloc(n) : std::aligned_alloc(huge_page, n);
+  if (!p) throw std::bad_alloc();
+  if (n >= 2 * huge_page) ::madvise(p, n, MADV_HUGEPAGE);
+  return Memory(static_cast<uint8_t*>(p));
+}
+
+}  // namespace pqxvideo
