@@ -2,7 +2,7 @@
 """man.py XML FOOTPRINTS MAN3 VERSION: makes manual pages, one for each function, from Doxygen's XML and the manual's
 page of footprints.
 
-Besides them: pqx_video(3), which holds for all of them, and pqx_video_tables(3), to which the name of each table leads.
+Besides them: pqx_video(3), which holds for all of them, and pqx_video_tables(3), where the name of each table leads.
 """
 import re
 import sys
@@ -11,15 +11,17 @@ import xml.etree.ElementTree as ElementTree
 from pathlib import Path
 
 INLINE = {"bold": "B", "emphasis": "I", "computeroutput": "I", "ref": None, "ulink": None, "highlight": None}
-FOOTPRINTS = """The pages on the operations give the bytes that are read and written: a number of them, or rows of so many
-bytes, each of them so many bytes behind the one before it; from an offset, or from each of several; nothing where a
-number is below 1. Operators are those of C, division truncates toward zero."""
 SPECIAL = {"sp": " ", "ndash": "-", "mdash": " - ", "nonbreakablespace": " ", "linebreak": "\n"}
+BLOCKS = {"para", "itemizedlist", "verbatim", "preformatted", "parameterlist", "simplesect", "programlisting"}
+FOOTPRINTS = """The pages on the operations give the bytes that are read and written: a number of them, or rows of so
+many bytes, each of them so many bytes behind the one before it; from an offset, or from each of several; nothing where
+a number is below 1. Operators are those of C, division truncates toward zero."""
 
 
 def escape(text):
     """Text as roff prints it: no character of it starts a request or an escape."""
-    text = text.replace("\\", "\\e").replace("-", "\\-").replace("^", "\\(ha").replace("~", "\\(ti").replace("`", "\\(ga")
+    for sign, printed in {"\\": "\\e", "-": "\\-", "^": "\\(ha", "~": "\\(ti", "`": "\\(ga"}.items():
+        text = text.replace(sign, printed)
     return re.sub(r"^([.'])", r"\\&\1", text, flags=re.M)
 
 
@@ -48,7 +50,7 @@ def words(element):
 
 
 def is_block(element):
-    return element.tag in {"para", "itemizedlist", "verbatim", "preformatted", "parameterlist", "simplesect", "programlisting"}
+    return element.tag in BLOCKS
 
 
 def filled(text):
@@ -62,33 +64,36 @@ def literal(text):
     return ".PP\n.in +4n\n.nf\n" + "\n".join(lines) + "\n.fi\n.in\n"
 
 
-def blocks(element, start=".PP\n"):
-    """A description: paragraphs, examples and lists. What is said of parameters and the result is left out."""
+def pieces(para):
+    """Runs of text and the blocks between them. What is said of parameters and the result is left out."""
+    run = ElementTree.Element("para")
+    run.text = para.text
+    for child in para:
+        if is_block(child):
+            yield run
+            if child.tag not in {"parameterlist", "simplesect"}:
+                yield child
+            run = ElementTree.Element("para")
+            run.text = child.tail
+        else:
+            run.append(child)
+    yield run
+
+
+def blocks(para, start=".PP\n"):
+    """A paragraph with the examples and lists that stand in it."""
     out = ""
-    for para in element.iter("para") if element.tag != "para" else [element]:
-        pieces, run = [], ElementTree.Element("para")
-        run.text = para.text
-        for child in para:
-            if child.tag in {"parameterlist", "simplesect"}:
-                pieces.append(run)
-                run = ElementTree.Element("para")
-                run.text = child.tail
-            elif is_block(child):
-                pieces += [run, child]
-                run = ElementTree.Element("para")
-                run.text = child.tail
-            else:
-                run.append(child)
-        for piece in pieces + [run]:
-            if piece.tag in {"verbatim", "preformatted", "programlisting"}:
-                out += literal(piece.text)
-            elif piece.tag == "itemizedlist":
-                for item in piece:
-                    out += ".IP \\(bu 2\n" + "".join(blocks(p, "") for p in item)
-                start = ".PP\n"
-            elif text := filled(words(piece)):
-                out += start + text + "\n"
-                start = ".PP\n"
+    for piece in pieces(para):
+        if piece.tag in {"verbatim", "preformatted", "programlisting"}:
+            out += literal(piece.text)
+        elif piece.tag == "itemizedlist":
+            for item in piece:
+                out += ".IP \\(bu 2\n" + "".join(blocks(p, "") for p in item)
+        elif text := filled(words(piece)):
+            out += start + text + "\n"
+        else:
+            continue
+        start = ".PP\n"
     return out
 
 
@@ -132,45 +137,57 @@ class Library:
         self.groups = [root(c.get("refid")) for c in index.findall("compound[@kind='group']")]
         self.file = next(root(c.get("refid")) for c in index.findall("compound[@kind='file']")
                          if c.find("name").text == "pqx_video.h")
-        self.members = {m.find("name").text: (m, group) for group in self.groups for m in group.iter("memberdef")}
-        self.date = "-".join(re.search(r":(\d{4})(\d\d)(\d\d):", flat(self.members["pqx_GetVersion"][0])).groups())
+        self.members = {m.find("name").text: m for group in self.groups for m in group.iter("memberdef")}
+        self.group_of = {m.find("name").text: group for group in self.groups for m in group.iter("memberdef")}
+        self.core = self.group_of["pqxid"]
+        self.date = "-".join(re.search(r":(\d{4})(\d\d)(\d\d):", flat(self.members["pqx_GetVersion"])).groups())
 
     def of_kind(self, kind, group=None):
-        return [name for name, (m, g) in self.members.items() if m.get("kind") == kind and group in (None, g)]
+        return [name for name, member in self.members.items()
+                if member.get("kind") == kind and group in (None, self.group_of[name])]
 
-    def head(self, title):
-        return f'.\\" Made by docs/man.py from pqx_video.h.\n.TH {title} 3 {self.date} "libpqx_video {self.version}" "pqx_video manual"\n'
-
-    def library(self):
-        return ".SH LIBRARY\nVideo and picture primitives\n.RI ( libpqx_video ,\\~ \\-lpqx_video )\n"
+    def head(self, names, purpose, prototypes):
+        """The page up to its synopsis."""
+        return (f'.\\" Made by docs/man.py from pqx_video.h.\n.TH {names[0]} 3 {self.date} '
+                f'"libpqx_video {self.version}" "pqx_video manual"\n'
+                f".SH NAME\n{', '.join(names)} \\- {purpose}\n"
+                ".SH LIBRARY\nVideo and picture primitives\n.RI ( libpqx_video ,\\~ \\-lpqx_video )\n"
+                f".SH SYNOPSIS\n.nf\n.B #include <pqx_video.h>\n.PP\n{prototypes}.fi\n")
 
     def function_page(self, name):
-        member, group = self.members[name]
-        names = [name] if "under this name only" in flat(member.find("detaileddescription")) else [name, "__" + name]
-        page = self.head(name) + f".SH NAME\n{', '.join(names)} \\- {purpose(brief(member))}\n" + self.library()
-        page += ".SH SYNOPSIS\n.nf\n.B #include <pqx_video.h>\n.PP\n" + self.prototype(member) + ".fi\n"
-        details = paragraphs(member.find("detaileddescription"))
-        page += ".SH DESCRIPTION\n" + (paragraphs(member.find("briefdescription")) + details).removeprefix(".PP\n")
+        member = self.members[name]
+        single = "under this name only" in flat(member.find("detaileddescription"))
+        names = [name] if single else [name, "__" + name]
+        page = self.head(names, purpose(brief(member)), self.prototype(member))
+        page += ".SH DESCRIPTION\n" + description(member)
         parameters = member.findall(".//parameterlist[@kind='param']/parameteritem")
         if parameters:
             page += ".SH PARAMETERS\n"
-            for item in parameters:
-                text = "".join(blocks(p, "") for p in item.findall("parameterdescription/para"))
-                page += f".TP\n.I {item.find('parameternamelist/parametername').text}\n{text}"
-        result = member.findall(".//simplesect[@kind='return']/para")
-        page += ".SH RETURN VALUE\n" + ("".join(blocks(p, "") for p in result).strip() or "None") + ".\n"
-        page += self.footprint(name) + ".SH NOTES\n" + self.notes(names)
-        return page + self.see_also(member, group, name)
+        for item in parameters:
+            text = "".join(blocks(p, "") for p in item.findall("parameterdescription/para"))
+            page += f".TP\n.I {item.find('parameternamelist/parametername').text}\n{text}"
+        result = "".join(blocks(p, "") for p in member.findall(".//simplesect[@kind='return']/para"))
+        page += f".SH RETURN VALUE\n{result.strip() or 'None'}.\n"
+        page += self.footprint(name)
+        if single:
+            note = "The function is exported under this name only."
+        else:
+            note = f"Both names are exported at one entry; calls within the library use \\fI__{name}\\fR."
+        common = ("What holds for every operation \\- steps, sizes, overlapping buffers, threads \\- is in "
+                  "\\fBpqx_video\\fR(3).")
+        page += f".SH NOTES\n{filled(note)}\n.PP\n{filled(common)}\n"
+        return page + self.see_also(name)
 
     def prototype(self, member):
         """The declaration with its parameters in italics, broken where it would leave 78 columns."""
         result = flat(member.find("type"))
         head = f"{result}{'' if result.endswith('*') else ' '}{member.find('name').text}("
         lines, width = [f'.BI "{escape(head)}'], len(head)
-        parameters = [(flat(p.find("type")), flat(p.find("declname"))) for p in member.findall("param") if p.find("declname") is not None]
+        parameters = [p for p in member.findall("param") if p.find("declname") is not None]
         if not parameters:
             return f'.B "{escape(head)}void);"\n'
-        for i, (kind, name) in enumerate(parameters):
+        for i, parameter in enumerate(parameters):
+            kind, name = flat(parameter.find("type")), parameter.find("declname").text
             kind += "" if kind.endswith("*") else " "
             end = ");" if i == len(parameters) - 1 else ","
             if i and width + len(kind) + len(name) + 3 > 78:
@@ -190,83 +207,78 @@ class Library:
             return ""
         code = lambda text: re.sub(r"`([^`]*)`", r"\\fI\1\\fR", escape(text).replace("\\(ga", "`"))
         definitions, rows = self.footprints[name]
-        head = "Bytes from each pointer on" + (", " + code(" ".join(definitions.split())) if definitions else "") + ":"
-        page = f".SH FOOTPRINT\n{filled(head)}\n"
+        head = ", ".join(["Bytes from each pointer on"] + [code(" ".join(definitions.split()))] * bool(definitions))
+        page = f".SH FOOTPRINT\n{filled(head)}:\n"
         for arguments, access, formula in rows:
             page += f".TP\n{code(arguments)}\n{filled(code(access + ' ' + formula))}\n"
         return page
 
-    def notes(self, names):
-        own = {True: f"Both names are exported at one entry; calls within the library use \\fI{names[-1]}\\fR.",
-               False: "The function is exported under this name only."}[len(names) == 2]
-        common = ("What holds for every operation \\- steps, sizes, overlapping buffers, threads \\- is in "
-                  "\\fBpqx_video\\fR(3).")
-        return filled(own) + "\n.PP\n" + filled(common) + "\n"
-
-    def see_also(self, member, group, name):
-        def functions_in(element):
-            return [flat(r) for r in element.iter("ref") if flat(r).rstrip("()") in self.members]
-        near = [n.rstrip("()") for n in functions_in(member)]
-        family = self.of_kind("function", group)
+    def see_also(self, name):
+        """What the description names, and the neighbours in the header."""
+        named = [flat(r).rstrip("()") for r in self.members[name].iter("ref")]
+        family = self.of_kind("function", self.group_of[name])
         at = family.index(name)
-        near += [n for n in family[max(at - 3, 0):at + 4]]
-        near = [n for n in dict.fromkeys(near) if n != name and self.members[n][0].get("kind") == "function"]
-        near += ["pqx_video_tables"] if any(n in self.of_kind("variable") for n in functions_in(member)) else []
-        return ".SH SEE ALSO\n" + references(["pqx_video"] + near)
+        functions = self.of_kind("function")
+        near = [n for n in dict.fromkeys(named + family[max(at - 3, 0):at + 4]) if n in functions and n != name]
+        tables = ["pqx_video_tables"] * any(n in self.of_kind("variable") for n in named)
+        return see_also(["pqx_video"] + near + tables)
+
+    def data(self, names):
+        return "".join(f".B extern {escape(flat(self.members[name].find('definition')))};\n" for name in names)
 
     def overview(self):
-        page = self.head("pqx_video") + ".SH NAME\npqx_video \\- inner loops of video codecs and still\\-picture pipelines\n"
-        page += self.library() + ".SH SYNOPSIS\n.nf\n.B #include <pqx_video.h>\n.PP\n"
-        page += "\\fBcc\\fR \\fI...\\fR \\fB$(pkg\\-config \\-\\-cflags \\-\\-libs pqx_video)\\fR\n.PP\n"
-        for name in self.of_kind("variable", self.members["pqxid"][1]):
-            member = self.members[name][0]
-            page += f".B extern {escape(flat(member.find('definition')))};\n"
-        page += ".fi\n.SH DESCRIPTION\n" + paragraphs(self.file.find("detaileddescription")).removeprefix(".PP\n")
-        page += ".SS Footprints\n" + filled(escape(FOOTPRINTS)) + "\n"
-        page += ".SS Status codes\n"
+        data = self.of_kind("variable", self.core)
+        how = "\\fBcc\\fR \\fI...\\fR \\fB$(pkg\\-config \\-\\-cflags \\-\\-libs pqx_video)\\fR\n.PP\n"
+        what = "inner loops of video codecs and still\\-picture pipelines"
+        page = self.head(["pqx_video"], what, how + self.data(data))
+        page += ".SH DESCRIPTION\n" + paragraphs(self.file.find("detaileddescription")).removeprefix(".PP\n")
+        page += f".SS Footprints\n{filled(escape(FOOTPRINTS))}\n.SS Status codes\n"
         for name in self.of_kind("define"):
-            member = self.members[name][0]
+            member = self.members[name]
             page += f".TP\n.BR {name} \\ ({flat(member.find('initializer'))})\n{filled(escape(brief(member)))}\n"
-        page += ".SS Data\n"
-        for name in self.of_kind("variable", self.members["pqxid"][1]):
-            page += f".TP\n.B {name}\n{filled(escape(brief(self.members[name][0])) + ' ' + escape(flat(self.members[name][0].find('detaileddescription'))))}\n"
+        page += ".SS Data\n" + self.entries(data)
         for group in self.groups:
             functions = self.of_kind("function", group)
-            if functions:
-                page += f".SS {escape(flat(group.find('title')))}\n" + paragraphs(group.find("detaileddescription")).removeprefix(".PP\n")
+            if functions or group.find("innergroup") is not None:
+                page += f".SS {escape(flat(group.find('title')))}\n{description(group)}"
             for name in functions:
-                page += f".TP\n.BR {name} (3)\n{purpose(brief(self.members[name][0]))}\n"
-        return page + ".SH SEE ALSO\n" + references(["pqx_video_tables", "pqxvideo"])
+                page += f".TP\n.BR {name} (3)\n{purpose(brief(self.members[name]))}\n"
+        return page + see_also(["pqx_video_tables", "pqxvideo"])
 
     def tables_page(self):
-        group = next(g for g in self.groups if g.find("compoundname").text == "color_tables")
+        group = self.group_of["pqx_tYY"]
         tables = self.of_kind("variable", group)
-        page = self.head("pqx_video_tables") + f".SH NAME\n{', '.join(['pqx_video_tables'] + tables)} \\- tables of the colour conversions\n"
-        page += self.library() + ".SH SYNOPSIS\n.nf\n.B #include <pqx_video.h>\n.PP\n"
-        for name in tables:
-            member = self.members[name][0]
-            page += f".B extern {escape(flat(member.find('definition')))};\n"
-        page += ".fi\n.SH DESCRIPTION\n" + paragraphs(group.find("detaileddescription")).removeprefix(".PP\n")
-        for name in tables:
-            member = self.members[name][0]
-            text = "".join(blocks(p, "") for part in ("briefdescription", "detaileddescription") for p in member.findall(f"{part}/para"))
-            page += f".TP\n.B {name}\n{text}"
-        return page + ".SH SEE ALSO\n" + references(["pqx_video"])
+        page = self.head(["pqx_video_tables"] + tables, "tables of the colour conversions", self.data(tables))
+        page += f".SH DESCRIPTION\n{description(group)}{self.entries(tables)}"
+        return page + see_also(["pqx_video"])
+
+    def entries(self, names):
+        page = ""
+        for name in names:
+            parts = [p for kind in ("brief", "detailed") for p in self.members[name].findall(f"{kind}description/para")]
+            page += f".TP\n.B {name}\n" + "".join(blocks(p, "") for p in parts)
+        return page
 
 
-def references(names):
+def description(element):
+    parts = [paragraphs(element.find(f"{kind}description")) for kind in ("brief", "detailed")]
+    return "".join(parts).removeprefix(".PP\n")
+
+
+def see_also(names):
     lines = [f".BR {name} ({1 if name == 'pqxvideo' else 3})" for name in names]
-    return " ,\n".join(lines) + "\n"
+    return ".SH SEE ALSO\n" + " ,\n".join(lines) + "\n"
 
 
 def main(xml, footprints, target, version):
     library = Library(Path(xml), Path(footprints), version)
-    Path(target).mkdir(exist_ok=True)
     pages = {name: library.function_page(name) for name in library.of_kind("function")}
     pages["pqx_video"] = library.overview()
     pages["pqx_video_tables"] = library.tables_page()
     for name in library.of_kind("variable"):
-        pages[name] = f".so man3/{'pqx_video' if library.members[name][1].find('compoundname').text == 'core' else 'pqx_video_tables'}.3\n"
+        of_core = library.group_of[name] is library.core
+        pages[name] = f".so man3/{'pqx_video' if of_core else 'pqx_video_tables'}.3\n"
+    Path(target).mkdir(exist_ok=True)
     for name, page in pages.items():
         (Path(target) / f"{name}.3").write_text(page)
 
