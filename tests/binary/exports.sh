@@ -7,7 +7,8 @@ library=$1 header=$2 companion=$3 debian=$4
 failed=0
 expect_same() {  # WHAT EXPECTED ACTUAL
   [ "$2" = "$3" ] && return
-  echo "$1:" && diff <(echo "$2") <(echo "$3") | sed -n 's/^</  missing: /p; s/^>/  not wanted: /p'
+  echo "$1:"
+  diff <(echo "$2") <(echo "$3") | sed -n 's/^</  missing: /p; s/^>/  not wanted: /p' || true
   failed=1
 }
 
@@ -25,7 +26,8 @@ for file in "$library" "$companion"; do
   expect_same "$symbols" "$(symbols_of "$file")" "$(sed -E '1d; /^\* /d; s/^ (\w+)@Base [0-9.]+$/\1/' "$symbols" | sort)"
 done
 
-address_of() { nm -D --defined-only "$library" | awk -v n="$1" '$3 == n {print $1}'; }
+entries=$(nm -D --defined-only "$library")
+address_of() { awk -v n="$1" '$3 == n {print $1}' <<<"$entries"; }
 for name in $twins; do
   [ "$(address_of "$name")" = "$(address_of "${name#__}")" ] || { echo "$name has an entry of its own"; failed=1; }
 done
