@@ -149,6 +149,34 @@ TEST(H261, ReadsWhatAnOutsideEncoderWrites) {
     }
 }
 
+TEST(H261, EncoderUsesWhatItsOptionsAllow) {
+  const Clip clip = make_pan(false, 12);
+  const size_t full = encode(clip, {}).size();
+  EXPECT_LT(full, encode(clip, {.loop_filter = false}).size());
+  size_t before = SIZE_MAX;
+  for (const int search : {0, 4, 8}) {
+    const size_t size = encode(clip, {.search = search}).size();
+    EXPECT_LT(size, before) << "search range " << search;
+    before = size;
+  }
+}
+
+TEST(H261, NoMacroblockGoesWithoutIntraFor132Pictures) {
+  // Without motion, what is wrong in the reference stays where it is until an intra macroblock takes its place.
+  const Clip clip(133, make_pan(false, 1)[0]);
+  Clip reconstruction;
+  const Bytes stream = encode(clip, {8, true, 0}, &reconstruction);
+  h261::Encoder first(176, 144, {8, true, 0});
+  const auto second = stream.begin() + ptrdiff_t(first.encode(clip[0]).size());
+  const Clip decoded = decode(Bytes(second, stream.end()));
+  ASSERT_EQ(decoded.size(), 132u);
+  EXPECT_GT(compare({decoded[60]}, {reconstruction[61]}, 1).largest, 50);
+  EXPECT_LT(compare({decoded[60]}, {reconstruction[61]}, 1).psnr() + 1,
+            compare({decoded[90]}, {reconstruction[91]}, 1).psnr())
+      << "not spread";
+  EXPECT_EQ(compare({decoded[131]}, {reconstruction[132]}, 1).largest, 0);
+}
+
 TEST(H261, ConcealsADamagedGroupOfBlocks) {
   const Clip clip = make_pan(true, 4);
   Bytes stream = encode(clip, {});

@@ -146,7 +146,7 @@ void Encoder::choose_prediction(const YuvPicture& source, int x, int y, int macr
   const uint32_t deviation = cost(source, trial_.planes[0].at(x, y), x, y);
   m.type.intra = !pictures_ || predictions >= most_predictions - 1 || deviation + 64 * bit < lowest;
   if (m.type.intra) {
-    predictions = 0;
+    if (pictures_) predictions = 0;
     return;
   }
   ++predictions;
