@@ -185,11 +185,13 @@ TEST(H261, ConcealsADamagedGroupOfBlocks) {
   const size_t first = encoder.encode(clip[0]).size();
   for (size_t i = 0; i < 40; ++i) stream[first + 200 + i] ^= uint8_t(0x55 + i);
   EXPECT_THROW(decode(stream), Failure);
-  h261::Decoder decoder(stream, true);
+  std::vector<std::string> reports;
+  h261::Decoder decoder(stream, [&](const std::string& damage) { reports.push_back(damage); });
   Clip concealed;
   while (decoder.next()) concealed.push_back(decoder.picture());
   ASSERT_EQ(concealed.size(), clip.size());
-  EXPECT_FALSE(decoder.reports().empty());
+  ASSERT_FALSE(reports.empty());
+  EXPECT_EQ(reports[0].find("picture 1, group "), 0u) << reports[0];
   EXPECT_EQ(compare(concealed, whole, 1).largest, 0);
   EXPECT_GE(compare(concealed, whole, 4).psnr(), 20);
 }
@@ -202,7 +204,7 @@ TEST(H261, DamagedStreamsDoNoMoreThanFail) {
     seeds.push_back(encode(clip, {quant, true, 4}));
     ASSERT_LT(seeds.back().size(), 16384u);
   }
-  int pictures = 0, refused = 0;
+  int pictures = 0, refused = 0, concealed = 0;
   for (int i = 0; i < 20000; ++i) {
     Bytes bytes = seeds[size_t(i) % seeds.size()];
     for (size_t times = 1 + random() % 4; times > 0 && bytes.size() > 1; --times) {
@@ -215,7 +217,7 @@ TEST(H261, DamagedStreamsDoNoMoreThanFail) {
         bytes[at] ^= uint8_t(1 << random() % 8);
     }
     try {
-      h261::Decoder decoder(bytes, i % 4 == 0);
+      h261::Decoder decoder = i % 4 ? h261::Decoder(bytes) : h261::Decoder(bytes, [&](auto&) { ++concealed; });
       while (decoder.next()) ++pictures;
     } catch (const Failure&) {
       ++refused;
@@ -223,6 +225,7 @@ TEST(H261, DamagedStreamsDoNoMoreThanFail) {
   }
   EXPECT_GT(pictures, 5000);
   EXPECT_GT(refused, 5000);
+  EXPECT_GT(concealed, 1000);
 }
 
 TEST(Y4m, DamagedHeadersDoNoMoreThanFail) {
@@ -268,6 +271,29 @@ TEST(H261, ToolGoesFromPictureToStreamAndBack) {
       for (int x = 0; x < enlarged.width(); ++x)
         for (int c = 0; c < 3; ++c)
           ASSERT_EQ(enlarged.row(y)[3 * x + c], once.row(y / zoom)[3 * (x / zoom) + c]) << x << ", " << y;
+  }
+}
+
+TEST(H261, ToolShowsItsProgressOnATerminal) {
+  const Workplace place;
+  Bytes stream = encode(make_pan(false, 3), {});
+  write_bytes(place / "good.h261", stream);
+  stream.resize(stream.size() - 100);
+  write_bytes(place / "damaged.h261", stream);
+  const auto on_terminal = [&](const std::string& command) {
+    return run(place, "script -qec '" PQXVIDEO " h261 decode " + command + " {out.y4m}' /dev/null").out;
+  };
+  const std::string in = place / "damaged.h261";
+  const struct {
+    const char* command;
+    std::string shown;  // where the line of progress stood
+  } cases[] = {{"{good.h261}", "3 pictures, "},
+               {"{damaged.h261}", "pqxvideo: " + in + ": damaged H.261 stream"},
+               {"--conceal {damaged.h261}", "pqxvideo: " + in + ": picture 2, group 5: damaged H.261 stream"}};
+  for (const auto& [command, shown] : cases) {
+    const std::string out = on_terminal(command);
+    EXPECT_EQ(out.find("\rdecoding 1"), 0u) << out;
+    EXPECT_NE(out.find("\r\033[K" + shown), std::string::npos) << out;
   }
 }
 

@@ -1,6 +1,7 @@
 #include "h261_decoder.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "h261_format.h"
 #include "jpeg_format.h"
@@ -58,8 +59,16 @@ bool is_stream(std::span<const uint8_t> bytes) {
   return bytes.size() >= 3 && bytes[0] == 0 && bytes[1] == 1 && (bytes[2] & 0xF0) == 0;
 }
 
-Decoder::Decoder(std::span<const uint8_t> stream, bool conceal) : bits_(stream), conceal_(conceal) {
+Decoder::Decoder(std::span<const uint8_t> stream) : Decoder(stream, {}) {}
+
+Decoder::Decoder(std::span<const uint8_t> stream, Report report) : bits_(stream), report_(std::move(report)) {
   if (!is_stream(stream)) throw Failure("not an H.261 stream");
+}
+
+/// Reports damage that can be gone on from.
+void Decoder::tolerate(const std::string& damage) const {
+  if (!report_) damaged(damage);
+  report_("picture " + std::to_string(pictures_) + ": " + damage);
 }
 
 /// Goes to the next start code; false if there is none.
@@ -77,25 +86,34 @@ bool Decoder::next() {
   for (;;) {
     if (!find_start_code()) return false;
     if (bits_.peek(start_code_bits + 4) == start_code << 4) break;
-    if (!conceal_) damaged("a group of blocks without a picture");
+    tolerate("a group of blocks without a picture");
     bits_.skip(start_code_bits);
   }
-  read_picture_header();
+  if (!read_picture_header()) return false;
   decode_groups();
   ++pictures_;
   return true;
 }
 
-void Decoder::read_picture_header() {
+/// Behind a picture stands the header of the next one.
+int Decoder::frames_to_next() const {
+  const uint32_t ahead = bits_.peek(start_code_bits + 4 + 5);
+  if (bits_.at_end() || ahead >> 5 != start_code << 4) return 1;
+  return std::max((int(ahead & 31) - temporal_reference_) & 31, 1);
+}
+
+/// False if the stream ends in it.
+bool Decoder::read_picture_header() {
   bits_.skip(start_code_bits + 4);
-  const auto reference = int(bits_.read(5));
-  frames_passed_ = started_ ? std::max((reference - temporal_reference_) & 31, 1) : 1;
-  temporal_reference_ = reference;
+  temporal_reference_ = int(bits_.read(5));
   const uint32_t type = bits_.read(6);
   const PictureFormat format{(type & 0b000100) != 0};
   while (bits_.read(1)) {
     bits_.skip(8);
-    if (bits_.at_end()) damaged("it ends in a picture header");
+    if (bits_.at_end()) {
+      tolerate("it ends in a picture header");
+      return false;
+    }
   }
   if (!started_) {
     format_ = format;
@@ -103,10 +121,12 @@ void Decoder::read_picture_header() {
     for (size_t k : {1, 2}) std::ranges::fill(picture_.planes[k].samples, uint8_t{128});
     started_ = true;
   } else if (format.cif != format_.cif) {
-    if (!conceal_) throw Failure("not supported: H.261 stream that changes the size of its pictures");
+    if (!report_) throw Failure("not supported: H.261 stream that changes the size of its pictures");
+    tolerate("a picture of another size");
   }
   before_ = picture_;
   changed_ = {};
+  return true;
 }
 
 void Decoder::decode_groups() {
@@ -118,18 +138,17 @@ void Decoder::decode_groups() {
     bits_.skip(start_code_bits + 4);
     try {
       if (!format_.has_group(number)) damaged("a group of blocks outside the picture");
-      if (number != expected && !conceal_) damaged("a group of blocks is missing");
+      if (number != expected) tolerate("a group of blocks is missing");
       expected = format_.next_group(number);
       decode_group(number);
     } catch (const Failure& failure) {
-      if (!conceal_) throw;
-      reports_.push_back("picture " + std::to_string(pictures_) + ", group " + std::to_string(number) + ": " +
-                         failure.what());
+      if (!report_) throw;
+      report_("picture " + std::to_string(pictures_) + ", group " + std::to_string(number) + ": " + failure.what());
       // A damaged code may have run past the next start code.
       bits_.seek(start + start_code_bits);
     }
   }
-  if (format_.has_group(expected) && !conceal_) damaged("a group of blocks is missing");
+  if (format_.has_group(expected)) tolerate("a group of blocks is missing");
 }
 
 void Decoder::decode_group(int number) {
@@ -170,9 +189,7 @@ void Decoder::decode_macroblock(int x, int y, const MacroblockType& type, int qu
     if (!vector_fits(before_, x, y, vector)) damaged("a vector out of the picture");
     if (type.vector) predict(before_, picture_, x, y, vector, type.filter);
   }
-  if (changed_.x0 == changed_.x1) changed_ = {x, y, x + 16, y + 16};
-  changed_ = {std::min(changed_.x0, x), std::min(changed_.y0, y), std::max(changed_.x1, x + 16),
-              std::max(changed_.y1, y + 16)};
+  changed_.add({x, y, x + 16, y + 16});
   for (int k = 0; k < 6; ++k) {
     if (!(pattern & 32 >> k)) continue;
     read_block(block, type.intra);

@@ -6,6 +6,7 @@
 #include <iomanip>
 #include <iostream>
 #include <memory>
+#include <utility>
 
 #include "files.h"
 #include "h261_decoder.h"
@@ -24,6 +25,7 @@ constexpr const char* studio_range = "XCOLORRANGE=LIMITED";
 class Progress {
  public:
   explicit Progress(const char* what) : what_(what), shown_(isatty(STDERR_FILENO) != 0) {}
+  ~Progress() { clear(); }
 
   /// Takes the time of a step that is worth being measured.
   void measure(auto step) {
@@ -36,9 +38,14 @@ class Progress {
     if (!shown_ || Clock::now() - last_ < std::chrono::milliseconds(100)) return;
     last_ = Clock::now();
     std::cerr << '\r' << what_ << ' ' << pictures_ << std::flush;
+    drawn_ = true;
+  }
+  /// Makes room for another message.
+  void clear() {
+    if (std::exchange(drawn_, false)) std::cerr << "\r\033[K" << std::flush;
   }
   void finish(size_t stream_bytes) {
-    if (shown_) std::cerr << "\r\033[K" << std::flush;
+    clear();
     const double seconds = std::chrono::duration<double>(busy_).count();
     std::cout << pictures_ << " pictures, " << stream_bytes << " bytes, " << std::fixed << std::setprecision(1)
               << pictures_ / std::max(seconds, 1e-9) << " pictures/s\n";
@@ -48,7 +55,7 @@ class Progress {
   using Clock = std::chrono::steady_clock;
 
   const char* what_;
-  bool shown_;
+  bool shown_, drawn_ = false;
   int pictures_ = 0;
   Clock::duration busy_{};
   Clock::time_point last_{};
@@ -79,8 +86,12 @@ void encode(const std::string& in, const std::string& out, const h261::EncoderOp
 
 void decode(const std::string& in, const std::string& out, bool conceal) {
   const FileBytes bytes(in);
-  auto decoder = naming(in, [&] { return h261::Decoder(bytes, conceal); });
   Progress progress("decoding");
+  const auto report = [&](const std::string& damage) {
+    progress.clear();
+    std::cerr << "pqxvideo: " << in << ": " << damage << '\n';
+  };
+  auto decoder = naming(in, [&] { return conceal ? h261::Decoder(bytes, report) : h261::Decoder(bytes); });
   const auto next = [&] {
     bool more = false;
     progress.measure([&] { more = naming(in, [&] { return decoder.next(); }); });
@@ -97,7 +108,6 @@ void decode(const std::string& in, const std::string& out, bool conceal) {
     }
     file.commit();
   });
-  for (const std::string& report : decoder.reports()) std::cerr << "pqxvideo: " << in << ": " << report << '\n';
   progress.finish(std::span<const uint8_t>(bytes).size());
 }
 
