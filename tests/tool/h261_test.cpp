@@ -310,18 +310,35 @@ TEST(H261, ToolReportsErrorsInOneLineAndLeavesNothing) {
   write_bytes(place / "short.y4m", bytes);
   const std::string header = "YUV4MPEG2 W64 H48 F25:1 C444\n";
   write_bytes(place / "444.y4m", Bytes(header.begin(), header.end()));
+  const std::string headers_only = "YUV4MPEG2 W64 H48 F25:1\n";
+  write_bytes(place / "empty.y4m", Bytes(headers_only.begin(), headers_only.end()));
+  write_bytes(place / "picture.png", {0x89, 'P', 'N', 'G'});
   const FailingCommand cases[] = {
-      {"h261 decode {damaged.h261} {out.y4m}", 1, "damaged.h261", "damaged H.261 stream"},
-      {"h261 decode {odd.y4m} {out.y4m}", 1, "odd.y4m", "not an H.261 stream"},
-      {"h261 decode {good.h261} {nowhere/out.y4m}", 1, "nowhere/out.y4m", "No such file"},
-      {"h261 encode {odd.y4m} {out.h261}", 1, "odd.y4m", "not supported: H.261 holds"},
-      {"h261 encode {444.y4m} {out.h261}", 1, "444.y4m", "not supported: Y4M of kind 444"},
-      {"h261 encode {good.h261} {out.h261}", 1, "good.h261", "not a Y4M file"},
-      {"h261 encode {good.h261} {out.h261} --quant 32", 2, "", "--quant"},
-      {"show {short.y4m} {out.png}", 1, "short.y4m", "truncated Y4M"},
-      {"show {good.h261} {out.png} --frame 2", 1, "good.h261", "only 2 pictures"},
-      {"show {good.h261} {out.png} --zoom 4", 2, "", "--zoom"},
-      {"psnr {odd.y4m} {short.y4m}", 1, "short.y4m", "truncated Y4M"},
+    {"h261 decode {damaged.h261} {out.y4m}", 1, "damaged.h261", "damaged H.261 stream"},
+    {"h261 decode {odd.y4m} {out.y4m}", 1, "odd.y4m", "not an H.261 stream"},
+    {"h261 decode {good.h261} {nowhere/out.y4m}", 1, "nowhere/out.y4m", "No such file"},
+    {"h261 encode {odd.y4m} {out.h261}", 1, "odd.y4m", "not supported: H.261 holds"},
+    {"h261 encode {444.y4m} {out.h261}", 1, "444.y4m", "not supported: Y4M of kind 444"},
+    {"h261 encode {good.h261} {out.h261}", 1, "good.h261", "not a Y4M file"},
+    {"h261 encode {good.h261} {out.h261} --quant 32", 2, "", "--quant"},
+    {"show {short.y4m} {out.png}", 1, "short.y4m", "truncated Y4M"},
+    {"show {good.h261} {out.png} --frame 2", 1, "good.h261", "only 2 pictures"},
+    {"show {good.h261} {out.png} --zoom 4", 2, "", "--zoom"},
+    {"psnr {odd.y4m} {short.y4m}", 1, "short.y4m", "truncated Y4M"},
+#if HAS_PLAYER
+    {"play {444.y4m}", 1, "444.y4m", "not supported: Y4M of kind 444"},
+    {"play {picture.png}", 1, "picture.png", "neither a Y4M file nor an H.261 stream"},
+    {"play {empty.y4m}", 1, "empty.y4m", "no picture in it"},
+    {"play {damaged.h261} --once", 1, "damaged.h261", "damaged H.261 stream"},
+#else
+    {"play {good.h261}", 1, "", "this build has no player"},
+#endif
+    {"play {good.h261} --zoom 0", 2, "", "--zoom"},
   };
+  setenv("SDL_VIDEODRIVER", "dummy", 1);
   expect_failures(place, cases);
+  setenv("SDL_VIDEODRIVER", "none of this name", 1);
+  constexpr FailingCommand unseen[] = {
+      {"play {good.h261}", 1, "", HAS_PLAYER ? "cannot open a window" : "no player"}};
+  expect_failures(place, unseen);
 }

@@ -4,6 +4,7 @@
 #include <array>
 #include <cstdint>
 #include <cstring>
+#include <memory>
 #include <span>
 #include <string>
 #include <utility>
@@ -17,14 +18,16 @@ namespace pqxvideo::h261 {
 /// Reads bits, highest first. Behind the end stand zeros, which no code of the format begins with for long.
 class BitReader {
  public:
-  explicit BitReader(std::span<const uint8_t> bytes) : bytes_(bytes.begin(), bytes.end()) {
-    bytes_.resize(bytes.size() + margin);
+  explicit BitReader(std::span<const uint8_t> bytes) : size_(bytes.size() + margin) {
+    const auto copy = std::make_shared<uint8_t[]>(size_);
+    std::copy(bytes.begin(), bytes.end(), copy.get());
+    bytes_ = copy;
   }
 
   /// The next n bits, 1 <= n <= 32.
   uint32_t peek(int n) const {
     uint64_t word;
-    std::memcpy(&word, bytes_.data() + std::min(position_ >> 3, bytes_.size() - sizeof word), sizeof word);
+    std::memcpy(&word, bytes_.get() + std::min(position_ >> 3, size_ - sizeof word), sizeof word);
     return uint32_t(__builtin_bswap64(word) << (position_ & 7) >> (64 - n));
   }
   void skip(int n) { position_ += size_t(n); }
@@ -34,15 +37,15 @@ class BitReader {
     return bits;
   }
 
-  bool at_end() const { return position_ >= (bytes_.size() - margin) * 8; }
+  bool at_end() const { return position_ >= (size_ - margin) * 8; }
   size_t position() const { return position_; }
   void seek(size_t position) { position_ = position; }
 
  private:
   static constexpr size_t margin = 64;
 
-  std::vector<uint8_t> bytes_;
-  size_t position_ = 0;
+  std::shared_ptr<const uint8_t[]> bytes_;  // that of all copies of a reader
+  size_t size_, position_ = 0;
 };
 
 class BitWriter {

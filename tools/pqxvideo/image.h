@@ -18,8 +18,8 @@ inline void check_dimensions(int64_t width, int64_t height) {
     throw Failure("picture too large: " + std::to_string(width) + " x " + std::to_string(height) + " pixels");
 }
 
-/// A picture of 8-bit samples, grey or R, G, B. Every row has room for an even number of pixels, so that operations
-/// that work on pairs of pixels can run to the end of it.
+/// A picture of 8-bit samples: grey, R, G, B, or A, B, G, R. Every row has room for an even number of pixels, so that
+/// operations that work on pairs of pixels can run to the end of it.
 class Image {
  public:
   Image(int width, int height, int channels)

@@ -44,4 +44,13 @@ Image show(const YuvPicture& picture, int zoom) {
   return image;
 }
 
+void show_part(const YuvPicture& picture, const Rectangle& part, int zoom, Image& abgr) {
+  const auto& [y, u, v] = picture.planes;
+  const auto convert = zoom == 1   ? pqx_Video_ColorYUV2ABGR420_W_8U
+                       : zoom == 2 ? pqx_Video_ColorYUV2ABGR420_WX2_8U
+                                   : pqx_Video_ColorYUV2ABGR420_WX3_8U;
+  convert(y.at(0, 0), y.columns, u.at(0, 0), v.at(0, 0), u.columns, abgr.row(0), int(abgr.step()), picture.width(),
+          picture.height(), part.x0, part.y0, part.x1, part.y1);
+}
+
 }  // namespace pqxvideo

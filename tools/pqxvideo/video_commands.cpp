@@ -13,6 +13,7 @@
 #include "h261_encoder.h"
 #include "pan.h"
 #include "picture_file.h"
+#include "play.h"
 #include "show.h"
 #include "y4m_file.h"
 
@@ -147,7 +148,7 @@ std::vector<Command> add_video_commands(CLI::App& app) {
   struct Arguments {
     std::string in, out, size = "cif";
     h261::EncoderOptions options;
-    bool no_loop_filter = false, conceal = false;
+    bool no_loop_filter = false, conceal = false, once = false;
     int frames = 90, frame = 0, zoom = 1;
   };
   const auto a = std::make_shared<Arguments>();
@@ -189,6 +190,12 @@ std::vector<Command> add_video_commands(CLI::App& app) {
   shown->add_option("--frame", a->frame, "Number of the picture, from 0")->check(CLI::NonNegativeNumber);
   shown->add_option("--zoom", a->zoom, "Times its size")->check(CLI::Range(1, 3))->capture_default_str();
 
+  CLI::App* const player =
+      app.add_subcommand("play", "Plays a clip in a window. Space pauses, the arrow keys step, q quits.");
+  player->add_option("IN", a->in, "Y4M file or H.261 stream")->required();
+  player->add_option("--zoom", a->zoom, "Times its size")->check(CLI::Range(1, 3))->capture_default_str();
+  player->add_flag("--once", a->once, "Close the window at the end instead of staying at the last picture");
+
   return {{encoder,
            [a] {
              a->options.loop_filter = !a->no_loop_filter;
@@ -196,6 +203,7 @@ std::vector<Command> add_video_commands(CLI::App& app) {
            }},
           {decoder, [a] { decode(a->in, a->out, a->conceal); }},
           {shown, [a] { show_frame(a->in, a->out, a->frame, a->zoom); }},
+          {player, [a] { play(a->in, a->zoom, a->once); }},
           {pan, [a] {
              const bool cif = a->size == "cif";
              make_pan(a->in, a->out, cif ? 352 : 176, cif ? 288 : 144, a->frames);

@@ -1,0 +1,82 @@
+#include <SDL.h>
+#include <gtest/gtest.h>
+
+#include <chrono>
+
+#include "clip.h"
+#include "h261_encoder.h"
+#include "picture_file.h"
+#include "pictures.h"
+#include "play.h"
+#include "show.h"
+#include "y4m_file.h"
+
+using namespace pqxvideo;
+using namespace tool_test;
+
+namespace {
+
+/// A stream of which only a part changes from picture to picture.
+Bytes make_stream(int frames) {
+  h261::Encoder encoder(176, 144, {});
+  Bytes stream;
+  for (int k = 0; k < frames; ++k) {
+    YuvPicture picture(176, 144);
+    for (size_t p = 0; p < 3; ++p)
+      for (size_t i = 0; i < picture.planes[p].samples.size(); ++i)
+        picture.planes[p].samples[i] = uint8_t(40 + i % 150);
+    for (int y = 20; y < 60; ++y) std::fill_n(picture.planes[0].at(10 + 9 * k, y), 12, uint8_t(20 * k));
+    const Bytes coded = encoder.encode(picture);
+    stream.insert(stream.end(), coded.begin(), coded.end());
+  }
+  return stream;
+}
+
+}  // namespace
+
+TEST(PlayWindow, ShowsEveryPictureAndClosesAtTheEnd) {
+  constexpr int frames = 10;
+  const Bytes stream = make_stream(frames);
+  for (const int zoom : {1, 2, 3}) {
+    const Workplace place;
+    write_bytes(place / "clip.h261", stream);
+    const auto start = std::chrono::steady_clock::now();
+    const Outcome played = run(place, "cd {} && SDL_VIDEODRIVER=dummy SDL_VIDEO_DUMMY_SAVE_FRAMES=1 " PQXVIDEO
+                                      " play {clip.h261} --once --zoom " +
+                                          std::to_string(zoom));
+    const std::chrono::duration<double> passed = std::chrono::steady_clock::now() - start;
+    ASSERT_EQ(played.status, 0) << played.errors;
+    EXPECT_EQ(played.out + played.errors, "");
+    EXPECT_GE(passed.count(), frames * 1001 / 30000.0);
+    EXPECT_EQ(place.files().size(), 1u + frames) << "not one frame for each picture";
+    const Outcome converted = run(place, "ffmpeg -v error -i {SDL_window1-%08d.bmp} -pix_fmt rgb24 {%d.ppm}");
+    ASSERT_EQ(converted.status, 0) << converted.errors;
+    const auto clip = open_clip(stream);
+    do {
+      write_picture(place / "expected.ppm", show(clip->picture(), zoom));
+      const std::string name = std::to_string(clip->number() + 1) + ".ppm";
+      EXPECT_TRUE(read_bytes(place / "expected.ppm") == read_bytes(place / name)) << name << ", zoom " << zoom;
+    } while (clip->next());
+  }
+}
+
+TEST(PlayWindow, StaysAtTheEndUntilItIsClosed) {
+  const Workplace place;
+  write_bytes(place / "clip.h261", make_stream(2));
+  setenv("SDL_VIDEODRIVER", "dummy", 1);
+  ASSERT_EQ(SDL_Init(SDL_INIT_VIDEO | SDL_INIT_TIMER), 0) << SDL_GetError();
+  using Clock = std::chrono::steady_clock;
+  const auto start = Clock::now();
+  SDL_AddTimer(
+      500,
+      [](Uint32, void*) -> Uint32 {
+        SDL_Event event{};
+        event.type = SDL_QUIT;
+        SDL_PushEvent(&event);
+        return 0;
+      },
+      nullptr);
+  play(place / "clip.h261", 1, false);
+  EXPECT_GE(Clock::now() - start, std::chrono::milliseconds(490));
+  SDL_Quit();
+}
