@@ -19,7 +19,8 @@ using Memory = std::unique_ptr<uint8_t[], Free>;
 /// and small ones a large picture thousands of them.
 inline Memory uninitialized_memory(size_t n) {
   constexpr size_t huge_page = size_t{1} << 21;
-  void* const p = n < 2 * huge_page ? std::malloc(n) : std::aligned_alloc(huge_page, n);
+  const size_t whole_pages = (n + huge_page - 1) / huge_page * huge_page;
+  void* const p = n < 2 * huge_page ? std::malloc(n) : std::aligned_alloc(huge_page, whole_pages);
   if (!p) throw std::bad_alloc();
   if (n >= 2 * huge_page) ::madvise(p, n, MADV_HUGEPAGE);
   return Memory(static_cast<uint8_t*>(p));
