@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# tool_page.sh PQXVIDEO PAGE: the page names what the tool's help names, commands and options.
+# tool_page.sh PQXVIDEO PAGE: the page names the commands and options that the tool's help names, and no others.
 set -euo pipefail
 tool=$1 page=$2
 
@@ -24,5 +24,5 @@ named() {
 }
 expected=$(helps | sed 's/^ *//' | grep -v -e '. --help$' | sort -u)
 [ "$(wc -l <<<"$expected")" -ge 10 ] || { echo "found too little in the help: $expected"; exit 1; }
-missing=$(comm -23 <(echo "$expected") <(named | sed 's/^ *//' | sort -u))
-[ -z "$missing" ] || { echo "$missing" | sed 's/^/the page lacks: /'; exit 1; }
+wrong=$(diff <(echo "$expected") <(named | sed 's/^ *//' | sort -u) || true)
+[ -z "$wrong" ] || { sed -n 's/^</the page lacks:/p; s/^>/the tool lacks:/p' <<<"$wrong"; exit 1; }
