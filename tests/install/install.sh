@@ -29,6 +29,9 @@ for library in video vector; do
   expect static "$work/package/${library}_static"
 done
 expect shared "$prefix/bin/pqxvideo" "" --version
+for file in share/doc/pqx_video/LICENSE share/man/man1/pqxvideo.1; do
+  [ -s "$prefix/$file" ] || fail "there is no $file"
+done
 
 cd "$work"
 c99="$cc -std=c99 -Wall -Wextra -Wpedantic -Werror $here/consumer/consumer.c"
