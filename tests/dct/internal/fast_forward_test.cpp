@@ -7,6 +7,7 @@
 #include <random>
 #include <vector>
 
+#include "close_to_half.h"
 #include "dct/forward_fast_8x8.h"
 #include "plain.h"
 
@@ -240,7 +241,7 @@ TEST(FastForward, MultipliesByC4AsTheTypesDo) {
     }
 }
 
-using Samples = std::array<int16_t, 64>;
+using Samples = test::Values;
 
 Grid<int> grid(const Samples& samples) {
   Grid<int> x;
@@ -248,20 +249,11 @@ Grid<int> grid(const Samples& samples) {
   return x;
 }
 
-// basis[8 * u + v][i]: what sample i adds to coefficient u, v.
-const auto basis = [] {
-  std::array<std::array<double, 64>, 64> table;
-  const auto c = [](int w, int x) { return std::cos((2 * x + 1) * w * M_PI / 16) / (w ? 2 : std::sqrt(8)); };
-  for (int i = 0; i < 4096; ++i)
-    table[size_t(i / 64)][size_t(i % 64)] = c(i / 512, i % 64 / 8) * c(i / 64 % 8, i % 8);
-  return table;
-}();
-
 /// Blocks of all kinds: noise of any amplitude, and the extremes that drive one coefficient.
 Samples any_samples(const Range& range, std::mt19937& random) {
   Samples samples;
   const int amplitude = 1 << random() % 10, middle = int(random() % uint32_t(range.high - range.low + 1)) + range.low;
-  const auto& driven = basis[random() % 64];
+  const auto& driven = test::basis[random() % 64];
   const int kind = int(random() % 4);
   for (int i = 0; i < 64; ++i) {
     int x = middle + int(random() % uint32_t(2 * amplitude)) - amplitude;
@@ -308,37 +300,13 @@ TEST(FastForward, ComputesWhatTheBoundIsProvedFor) {
   }
 }
 
-// Two samples are moved by one or two so that a coefficient comes as close to n + 1/2 as they can bring it.
-void bring_close(Samples& samples, const Range& range, std::mt19937& random) {
-  const auto& of = basis[random() % 64];
-  double z = 0;
-  for (size_t i = 0; i < 64; ++i) z += samples[i] * of[i];
-  struct Move {
-    double change;
-    size_t index;
-    int by;
-  };
-  std::vector<Move> moves;
-  for (size_t i = 0; i < 64; ++i)
-    for (int by : {-2, -1, 1, 2})
-      if (samples[i] + by >= range.low && samples[i] + by <= range.high) moves.push_back({by * of[i], i, by});
-  Move best[2] = {};
-  double closest = 1;
-  for (const Move& a : moves)
-    for (const Move& b : moves) {
-      const double moved = z + a.change + b.change, distance = std::abs(moved - std::floor(moved) - 0.5);
-      if (a.index != b.index && distance < closest) closest = distance, best[0] = a, best[1] = b;
-    }
-  for (const Move& move : best) samples[move.index] = int16_t(samples[move.index] + move.by);
-}
-
 TEST(FastForward, RoundsAsTypedCloseToHalves) {
   std::mt19937 random(2);
   int decided_otherwise = 0;
   for (const Range& range : ranges)
     for (int turn = 0; turn < 3000; ++turn) {
       Samples samples = any_samples(range, random), result, expected;
-      bring_close(samples, range, random);
+      test::bring_close(samples, test::basis[random() % 64], range.low, range.high);
       store_block(result.data(), range.transform(samples.data()));
       plain::DCT8x8Fwd_16S(samples.data(), expected.data());
       ASSERT_EQ(result, expected);
