@@ -63,6 +63,8 @@ inline Block load_columns(const uint8_t* src, int64_t step) {
   return b;
 }
 
+inline f32x4 to_float(i32x4 a) { return {_mm_cvtepi32_ps(a.v)}; }
+
 /// Columns first, first + distance, ... of four rows, whose values are at[column].
 template <int first, int distance>
 [[gnu::always_inline]] inline void four_columns(const Eight<f32x4>& rows, f32x4* to) {

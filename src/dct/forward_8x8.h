@@ -63,8 +63,6 @@ inline f32x4 forward_pass(const Eight<f32x4>& x, int v) {
   return narrowed(widened(first) * k.first + widened(second) * k.second);
 }
 
-inline f32x4 to_float(i32x4 a) { return {_mm_cvtepi32_ps(a.v)}; }
-
 /// Samples of rows 0 to 3 and 4 to 7 from the columns of a block; their sums are exact.
 inline Eight<f32x4> upper_rows(const Block& columns) {
   Eight<f32x4> x;

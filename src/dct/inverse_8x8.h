@@ -10,19 +10,38 @@ namespace pqx::dct {
 
 /// A coefficient known to be zero. Terms that hold it are left out, which changes no result.
 struct Zero {};
+template <class Lanes>
 struct Negated {
-  f64x2 of;
+  Lanes of;
 };
 inline Zero operator*(Zero, const Factor&) { return {}; }
-inline f64x2 operator+(f64x2 a, Zero) { return a; }
-inline f64x2 operator+(Zero, f64x2 a) { return a; }
-inline f64x2 operator-(f64x2 a, Zero) { return a; }
-inline Negated operator-(Zero, f64x2 a) { return {a}; }
-inline f64x2 operator+(Negated a, f64x2 b) { return b - a.of; }
-inline f64x2 operator-(f64x2 a, Negated b) { return a + b.of; }
+template <class Lanes>
+Lanes operator+(Lanes a, Zero) {
+  return a;
+}
+template <class Lanes>
+Lanes operator+(Zero, Lanes a) {
+  return a;
+}
+template <class Lanes>
+Lanes operator-(Lanes a, Zero) {
+  return a;
+}
+template <class Lanes>
+Negated<Lanes> operator-(Zero, Lanes a) {
+  return {a};
+}
+template <class Lanes>
+Lanes operator+(Negated<Lanes> a, Lanes b) {
+  return b - a.of;
+}
+template <class Lanes>
+Lanes operator-(Lanes a, Negated<Lanes> b) {
+  return a + b.of;
+}
 
-template <class Upper, class Last>
-[[gnu::always_inline]] inline Eight<f64x2> inverse_pass(const Cosines& k, f64x2 X0, f64x2 X1, f64x2 X2, f64x2 X3,
+template <class Lanes, class Upper, class Last>
+[[gnu::always_inline]] inline Eight<Lanes> inverse_pass(const Cosines& k, Lanes X0, Lanes X1, Lanes X2, Lanes X3,
                                                         Upper X4, Upper X5, Upper X6, Last X7) {
   const auto a = X1 * k.c7 - X7 * k.c1, b = X7 * k.c7 + X1 * k.c1, c = X3 * k.c3 + X5 * k.c5;
   const auto d = X5 * k.c3 - X3 * k.c5;
@@ -33,9 +52,9 @@ template <class Upper, class Last>
 }
 
 /// One pass over the first count coefficients.
-template <int count>
-[[gnu::always_inline]] inline Eight<f64x2> inverse_pass(const Cosines& k, const Eight<f64x2>& X) {
-  const f64x2* x = X.at;
+template <int count, class Lanes>
+[[gnu::always_inline]] inline Eight<Lanes> inverse_pass(const Cosines& k, const Eight<Lanes>& X) {
+  const Lanes* x = X.at;
   if constexpr (count == 8)
     return inverse_pass(k, x[0], x[1], x[2], x[3], x[4], x[5], x[6], x[7]);
   else
@@ -107,6 +126,12 @@ f64x2 doubles(i16x8 row, f64x2 offset) {
   return f64x2{_mm_castsi128_pd(two.v)} - offset;
 }
 
+/// The first 4 or all 8 words of a row.
+template <int columns>
+i16x8 load_row(const int16_t* row) {
+  return load_bytes<2 * columns, i16x8>(row);
+}
+
 /// Pairs of columns, of which only the given rows and columns are read and set.
 template <int rows, int columns>
 [[gnu::always_inline]] inline void load_column_pairs(const int16_t* src, int dc_bias, Eight<f64x2>* pair) {
@@ -114,7 +139,7 @@ template <int rows, int columns>
   for (int u = 0; u < rows; ++u) {
     const f64x2 offset = {_mm_set1_pd(word_offset)};
     const f64x2 first_offset = {_mm_set_pd(word_offset, u ? word_offset : word_offset - dc_bias)};
-    const auto row = columns == 8 ? load<i16x8>(src + 8 * u) : load_half<i16x8>(src + 8 * u);
+    const auto row = load_row<columns>(src + 8 * u);
     pair[0].at[u] = doubles<0>(row, first_offset);
     pair[1].at[u] = doubles<1>(row, offset);
     if constexpr (columns == 8) {
@@ -139,7 +164,7 @@ template <int columns>
 
 /// The coefficients with u < rows and v < columns, of which alone anything is read, with the others taken as zero.
 template <int rows, int columns, class Output>
-pqx_Status inverse_of_corner(const int16_t* src, Output output) {
+pqx_Status inverse_typed(const int16_t* src, Output output) {
   Eight<f64x2> pair[columns / 2];
   load_column_pairs<rows, columns>(src, Output::dc_bias, pair);
   for (Eight<f64x2>& two : pair) two = inverse_pass<rows>(inverse_cosines, two);
@@ -159,24 +184,6 @@ pqx_Status inverse_of_dc(const int16_t* src, Output output) {
   const f64x2 dc = {_mm_set1_pd(load_one<int16_t>(src) + Output::dc_bias)};
   output.put_everywhere(Output::truncated(dc * inverse_cosines.c4 * Output::row_cosines.c4));
   return PQX_OK;
-}
-
-/// A mask of two bits for each word that is zero.
-inline int zero_words(i16x8 a) { return _mm_movemask_epi8(_mm_cmpeq_epi16(a.v, _mm_setzero_si128())); }
-
-/// Blocks of a decoder are mostly zero: passes leave out the lower rows and right columns where all are.
-template <class Output>
-pqx_Status inverse_8x8(const int16_t* src, Output output) {
-  const Block X = load_block(src);
-  const i16x8 not_dc = {_mm_set_epi16(-1, -1, -1, -1, -1, -1, -1, 0)};
-  const i16x8 lower_rows = X.row[4] | X.row[5] | X.row[6] | X.row[7];
-  const int zero_columns = zero_words((X.row[0] & not_dc) | X.row[1] | X.row[2] | X.row[3] | lower_rows);
-  if (zero_columns == 0xffff) return inverse_of_dc(src, output);
-  const bool left = zero_columns >> 8 == 0xff, upper = zero_words(lower_rows) == 0xffff;
-  if (left && upper) return inverse_of_corner<4, 4>(src, output);
-  if (left) return inverse_of_corner<8, 4>(src, output);
-  if (upper) return inverse_of_corner<4, 8>(src, output);
-  return inverse_of_corner<8, 8>(src, output);
 }
 
 }  // namespace pqx::dct

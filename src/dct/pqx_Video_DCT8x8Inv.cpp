@@ -1,5 +1,5 @@
 #include "common/export.h"
-#include "dct/inverse_8x8.h"
+#include "dct/inverse_fast_8x8.h"
 
 pqx_Status pqx_Video_DCT8x8Inv_16S(const int16_t* pSrc, int16_t* pDst) {
   return pqx::dct::inverse_8x8(pSrc, pqx::dct::Residuals{pDst});

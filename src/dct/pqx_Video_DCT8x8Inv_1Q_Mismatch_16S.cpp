@@ -1,5 +1,5 @@
 #include "common/export.h"
-#include "dct/inverse_8x8.h"
+#include "dct/inverse_fast_8x8.h"
 
 namespace pqx::dct {
 namespace {
