@@ -106,6 +106,25 @@ def table(rows):
     return [form(rows[0]), rule] + [form(row) for row in rows[1:]]
 
 
+def summary(lines):
+    def row(title, some):
+        def mean(peer):
+            values = [v for v in (l.over(peer(l)) for l in some) if v]
+            return f"{geometric_mean(values):.2f} ({len(values)})" if values else ""
+
+        return [title, f"{sum(l.reached for l in some)} of {len(some)}", mean(lambda l: l.plain),
+                mean(lambda l: l.sse2_peer), mean(lambda l: l.best_peer)]
+
+    pictures = [l for l in lines if re.fullmatch(r"\d+x\d{3,}", l.shape)]
+    others = [l for l in lines if l not in pictures]
+    inexact_peers = lambda l: l.family == "quant" or l.operation.startswith("DCT8x8")
+    rows = [row(family, [l for l in lines if l.family == family]) for family in dict.fromkeys(l.family for l in lines)]
+    rows += [row("all, whole pictures", pictures), row("all, in cache", others),
+             row("the latter without transforms and quantizers", [l for l in others if not inexact_peers(l)]),
+             row("all", lines)]
+    return [r for r in rows if not r[1].endswith(" of 0")]
+
+
 def report(context, lines):
     notes = {}
 
@@ -127,16 +146,9 @@ def report(context, lines):
             "reached within 10 %; 1 means not slower than plain C by more than 5 % or the spread, and for whole "
             "pictures also not slower than an SSE2 peer at the same work.", ""]
 
-    rated = [line for line in lines]
-    reached = [line for line in rated if line.reached]
-    out += ["## Summary", "", f"- {len(reached)} of {len(rated)} lines at their target"]
-    for name, values in (("plain C", [l.over(l.plain) for l in lines]),
-                         ("the SSE2 peer", [l.over(l.sse2_peer) for l in lines]),
-                         ("the best peer", [l.over(l.best_peer) for l in lines])):
-        mean = geometric_mean(values)
-        if mean:
-            out.append(f"- {mean:.2f} times as fast as {name}, geometric mean of {len([v for v in values if v])} lines")
-    short = sorted((l for l in rated if not l.reached), key=lambda l: l.over(l.plain) / l.target)
+    out += ["## Summary", "", "Geometric means, and in brackets of how many lines.", ""]
+    out += table([["lines", "at target", "plain/ours", "SSE2/ours", "best/ours"]] + summary(lines))
+    short = sorted((l for l in lines if not l.reached), key=lambda l: l.over(l.plain) / l.target)
     if short:
         out += ["", "Farthest from their target:", ""]
         out += table([["operation/shape", "plain/ours", "target", "SSE2/ours", "±"]] +
