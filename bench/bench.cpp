@@ -1,5 +1,6 @@
 #include "bench.h"
 
+#include <signal.h>
 #include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
@@ -80,6 +81,19 @@ void in_new_thread(bool sse2_only, Body body) {
   std::thread(body).join();
 }
 
+volatile sig_atomic_t steps;
+
+/// The instructions that a work takes: the processor's trap flag stops it behind each of them.
+[[gnu::noinline]] int64_t instructions_of(const Work& work) {
+  work(1);  // symbols are looked up at the first call
+  steps = 0;
+  signal(SIGTRAP, [](int) { steps = steps + 1; });
+  __builtin_ia32_writeeflags_u64(__builtin_ia32_readeflags_u64() | 0x100);
+  work(1);
+  __builtin_ia32_writeeflags_u64(__builtin_ia32_readeflags_u64() & ~0x100ull);
+  return steps;
+}
+
 void time_it(benchmark::State& state, const Setting& setting, const Work& work, const std::string& label) {
   setting.prepare();
   work(1);
@@ -124,6 +138,7 @@ void add(const std::string& family, const Line& line) {
   const std::string name = family + "/" + line.name + "/";
   const auto setting = std::make_shared<Setting>(line.setting);
   const auto compared = std::make_shared<bool>(false);
+  const auto instructions = std::make_shared<double>(0);
 
   // Before its first timing, each contender is compared: ours with plain C, others with ours.
   const auto side = [=](bool ours) {
@@ -135,7 +150,9 @@ void add(const std::string& family, const Line& line) {
             fprintf(stderr, "%s our result is not that of plain C\n", name.c_str());
             all_agree = false;
           }
+          if (!line.against_peers) *instructions = double(instructions_of(setting->ours())) / setting->units;
         }
+        state.counters["instructions"] = *instructions;
         state.counters["target"] = line.target;
         state.counters["against_peers"] = line.against_peers;
         state.counters["charted"] = line.charted;
