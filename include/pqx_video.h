@@ -530,7 +530,7 @@ PQX_API pqx_Status pqx_Video_DCT8x8Fwd_12S_16S(const int16_t* pSrc, int16_t* pDs
 PQX_API pqx_Status pqx_Video_DCT8x8Fwd_8U_16S(const uint8_t* pSrc, int srcStep, int16_t* pDst);
 
 /**
- * Inverse 8x8 transform to signed samples, in double precision.
+ * Inverse 8x8 transform to signed samples, with the results of double precision.
  *
  * Above -2048.5 a result is rounded to the nearest integer, halves upward, of a transform whose DC gain is
  * 0.99999999664: an exact half that comes from the DC alone falls just below (a lone DC of 4 gives 0, of 12
