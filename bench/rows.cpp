@@ -21,11 +21,11 @@ Plane plane(PlaneForm form, int width, int height) {
   return p;
 }
 
-// Places the planes one after the other, each behind a cache line that nobody uses.
-int64_t place(std::array<Plane, 4>& planes, size_t count, uint8_t* memory) {
+// Places the planes one after the other, each behind a cache line that nobody else uses.
+int64_t place(std::array<Plane, 4>& planes, size_t count, uint8_t* memory, int offset) {
   int64_t used = 0;
   for (size_t i = 0; i < count; ++i) {
-    planes[i].origin = memory + used;
+    planes[i].origin = memory + used + offset;
     used += int64_t(planes[i].step) * planes[i].height + alignment;
   }
   return used;
@@ -35,15 +35,15 @@ auto source(const RowBench& bench) {
   return !bench.in_forms.empty() && bench.in_forms[0].words ? varied_words : varied_bytes;
 }
 
-Rows rows_of(const RowBench& bench, int width, int height) {
+Rows rows_of(const RowBench& bench, int width, int height, int offset = 0) {
   Rows rows{};
   rows.width = width;
   rows.height = height;
   rows.out_planes = int(bench.out_forms.size());
   for (size_t i = 0; i < bench.in_forms.size(); ++i) rows.in[i] = plane(bench.in_forms[i], width, height);
   for (size_t i = 0; i < bench.out_forms.size(); ++i) rows.out[i] = plane(bench.out_forms[i], width, height);
-  rows.bytes_read = place(rows.in, bench.in_forms.size(), source(bench)(0));
-  rows.bytes_written = place(rows.out, bench.out_forms.size(), results(0));
+  rows.bytes_read = place(rows.in, bench.in_forms.size(), source(bench)(0), offset);
+  rows.bytes_written = place(rows.out, bench.out_forms.size(), results(0), offset);
   return rows;
 }
 
@@ -81,17 +81,19 @@ Setting setting(const RowBench& bench, const Rows& rows) {
   };
 }
 
-enum Kind { main_shape, short_rows, picture };
+enum Kind { main_shape, short_rows, odd_addresses, picture };
 
 void add_shape(const std::string& family, const char* unit, const RowBench& bench, int width, int height, Kind kind) {
-  Line line{.name = std::string(bench.operation) + "/" + std::to_string(width) + "x" + std::to_string(height),
+  const int offset = kind == odd_addresses ? 1 : 0;
+  Line line{.name = std::string(bench.operation) + "/" + std::to_string(width) + "x" + std::to_string(height) +
+                    (offset ? " odd" : ""),
             .unit = unit,
             .target = kind == main_shape ? bench.target : 1,
             .against_peers = kind == picture,
             .charted = kind == main_shape,
-            .setting = setting(bench, rows_of(bench, width, height)),
+            .setting = setting(bench, rows_of(bench, width, height, offset)),
             .rivals = {}};
-  if (kind != short_rows)
+  if (kind == main_shape || kind == picture)
     for (const RowPeer& peer : bench.peers) {
       const Rows rows = rows_of(bench, width, kind == main_shape ? height * peer.more_rows : height);
       line.rivals.push_back({.library = peer.library,
@@ -109,6 +111,7 @@ void add_shape(const std::string& family, const char* unit, const RowBench& benc
 bool add_rows(const std::string& family, const char* unit, const std::vector<RowBench>& table) {
   for (const RowBench& bench : table) {
     add_shape(family, unit, bench, 1920, 2, main_shape);
+    add_shape(family, unit, bench, 1917, 2, odd_addresses);
     add_shape(family, unit, bench, 35, 2, short_rows);
     add_shape(family, unit, bench, 16, 2, short_rows);
     if (bench.shapes == in_rows_and_pictures) {
