@@ -307,20 +307,23 @@ def sampler_edge(section):
 
 class Timing:
     def __init__(self, family, cells):
-        self.operation, _, self.shape = cells[0].partition("/")
-        self.family, self.unit = family, cells[1]
-        self.ours = float(cells[2])
-        self.over_plain, self.over_sse2 = (float(cells[i]) if cells[i] else None for i in (6, 7))
+        self.operation, _, self.shape = cells["operation/shape"].partition("/")
+        self.family = family
+        self.ours = float(cells["ours"])
+        self.over_plain = float(cells["plain/ours"])
+        self.over_sse2 = float(cells["SSE2/ours"]) if cells["SSE2/ours"] else None
 
 
 def timings(results):
-    family, found = None, []
+    family, head, found = None, None, []
     for line in results.splitlines():
         if line.startswith("## "):
-            family = line[3:]
+            family, head = line[3:], None
         cells = [cell.strip() for cell in line.strip("|").split("|")]
-        if len(cells) == 12 and re.fullmatch(r"[\d.]+", cells[2]):
-            found.append(Timing(family, cells))
+        if cells[0] == "operation/shape" and "ours" in cells:
+            head = cells
+        elif head and len(cells) == len(head) and "/" in cells[0]:
+            found.append(Timing(family, dict(zip(head, cells))))
     return found
 
 
