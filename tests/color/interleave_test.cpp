@@ -18,7 +18,7 @@ Argument plane(int len) {
   return samples<T>(1, len);
 }
 
-TEST(Interleave, MergesPlanesToPixels) {
+TEST_OPERATIONS(Interleave, MergesPlanesToPixels) {
   const Argument len = size(row_lengths());
   const auto a8 = [](int at) { return plane<uint8_t>(at); };
   const auto a16 = [](int at) { return plane<int16_t>(at); };
@@ -32,7 +32,7 @@ TEST(Interleave, MergesPlanesToPixels) {
   });
 }
 
-TEST(Interleave, SplitsPixelsToPlanes) {
+TEST_OPERATIONS(Interleave, SplitsPixelsToPlanes) {
   const Argument len = size(row_lengths());
   const auto a8 = [](int at) { return plane<uint8_t>(at); };
   const auto a16 = [](int at) { return plane<int16_t>(at); };

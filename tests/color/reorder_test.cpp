@@ -11,7 +11,7 @@ Argument pixels(int bytes, int len) {
   return buffer<uint8_t>([=](Ints n) { return int64_t(bytes) * std::max(n[size_t(len)], 0); });
 }
 
-TEST(Reorder, MovesBytesWithinPixels) {
+TEST_OPERATIONS(Reorder, MovesBytesWithinPixels) {
   const Argument len = size(row_lengths());
   test::check({
       OPERATION(ColorABGR2RGB_8U, {pixels(4, 2), pixels(3, 2), len}),
@@ -34,7 +34,7 @@ Argument rows_of_words(int step) {
   return argument;
 }
 
-TEST(Reorder, ReversesTheBytesOfContiguousAndSeparateRows) {
+TEST_OPERATIONS(Reorder, ReversesTheBytesOfContiguousAndSeparateRows) {
   const auto step = test::step([](Ints n) { return std::max(n[4], 1); });
   for (int apart : {0, 1})
     for (const int columns : {-3, 0, 1, 3, 4, 5, 16, 37}) {

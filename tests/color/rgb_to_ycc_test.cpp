@@ -32,7 +32,7 @@ std::vector<test::Argument> arguments_420(int bytes) {
   return {src, src, luma, luma, chroma, chroma, size(row_lengths())};
 }
 
-TEST(RgbToYcc, MatchesTheFormulaOnEveryRow) {
+TEST_OPERATIONS(RgbToYcc, MatchesTheFormulaOnEveryRow) {
   const auto ink_plane = buffer<uint8_t>(all(1, 5));
   test::check({
       OPERATION(ColorRGB2YCC444_8U, arguments_444(3)),
@@ -116,7 +116,7 @@ TEST(RgbToYcc, HalvesGoDownAtEvenOutputsAndUpAtOddOnes) {
 }
 
 // At least one pixel is converted whatever the length, and samples beyond 12 bits are rounded as all others.
-TEST(RgbToYcc, SixteenBitRowsMatchTheFormula) {
+TEST_OPERATIONS(RgbToYcc, SixteenBitRowsMatchTheFormula) {
   const auto count = [](int samples) { return [=](Ints n) { return int64_t(samples) * std::max(n[4], 1); }; };
   for (const auto& fill : {test::range<int16_t>(0, 4095), test::range<int16_t>(-32768, 32767)}) {
     const auto plane = buffer<int16_t>(count(1));

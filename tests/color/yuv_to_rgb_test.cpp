@@ -47,7 +47,7 @@ std::vector<Argument> contiguous(int pixel, int width) {
   return arguments;
 }
 
-TEST(YuvToRgb, MatchesTheFormulaOnEveryPicture) {
+TEST_OPERATIONS(YuvToRgb, MatchesTheFormulaOnEveryPicture) {
   test::check({
       OPERATION(ColorYUV2RGB411_8U, sub_sampled(3, 4, 1)),
       OPERATION(ColorYUV2ARGB411_8U, sub_sampled(4, 4, 1)),
@@ -127,7 +127,7 @@ std::vector<Argument> window(int zoom) {
           test::size({0, 1, 2, 5})};
 }
 
-TEST(YuvToRgb, ZoomsAndWindowsMatchTheFormula) {
+TEST_OPERATIONS(YuvToRgb, ZoomsAndWindowsMatchTheFormula) {
   test::check({
       OPERATION(ColorYUV2ABGR420_X2_8U, zoomed(2)),
       OPERATION(ColorYUV2ABGR420_X3_8U, zoomed(3)),

@@ -15,7 +15,7 @@ int64_t block(Ints) { return 64; }
 
 const std::vector<int> distances = {0, 1, 2, 8, 15, 16, 48, 64, 112, -1, -2, -16, -64, -111};
 
-TEST(AccurateInverse, MatchesItsArithmeticOnAnyBlock) {
+TEST_OPERATIONS(AccurateInverse, MatchesItsArithmeticOnAnyBlock) {
   const Argument any = buffer<int16_t>(block), usual = buffer<int16_t>(block, test::range<int16_t>(-2048, 2047));
   Argument quarter_and_last = usual;
   quarter_and_last.spans = [](Ints) { return std::vector<test::Span>{{0, 8}, {16, 8}, {32, 8}, {48, 8}, {126, 2}}; };

@@ -28,7 +28,7 @@ Argument dc() {
 // In place, by whole rows and by odd bytes, upward and downward.
 const std::vector<int> distances = {0, 1, 2, 8, 15, 16, 48, 64, 100, 112, -1, -2, -8, -17, -32, -64, -111, -127};
 
-TEST(Dct8x8, MatchesTheTypedArithmeticWhereverTheBlockLies) {
+TEST_OPERATIONS(Dct8x8, MatchesTheTypedArithmeticWhereverTheBlockLies) {
   const Argument samples = buffer<int16_t>(block), pixels = plane(1, eight, eight), out = plane(2, eight, eight);
   test::check({
       OPERATION(DCT8x8Fwd_16S, {samples, samples}, {{1, 0, distances}}),

@@ -14,7 +14,7 @@ test::Argument block(int samples) {
   return buffer<int16_t>([=](test::Ints) { return samples; });
 }
 
-TEST(OtherSizes, MatchThePlainArithmetic) {
+TEST_OPERATIONS(OtherSizes, MatchThePlainArithmetic) {
   const std::vector<int> distances = {0, 1, -1, 2, 7, -16, 28, -29, 509, -500};
   const std::vector<test::Overlap> overlaps = {{1, 0, distances}};
   test::check({

@@ -10,7 +10,7 @@ namespace {
 int64_t eight(Ints) { return 8; }
 int64_t block(Ints) { return 64; }
 
-TEST(P64Loop, FiltersInsideTheBlock) {
+TEST_OPERATIONS(P64Loop, FiltersInsideTheBlock) {
   const Argument in_place = plane(2, eight, eight);
   test::check({
       OPERATION(P64Loop_8U, {in_place, in_place, step(eight)}, {{1, 0, {0}}}),
@@ -18,7 +18,7 @@ TEST(P64Loop, FiltersInsideTheBlock) {
   });
 }
 
-TEST(P64Decimate, AveragesSquares) {
+TEST_OPERATIONS(P64Decimate, AveragesSquares) {
   const test::Count width = [](Ints n) { return n[4]; }, height = [](Ints n) { return n[4] > 0 ? n[5] : 0; };
   const auto twice = [=](Ints n) { return 2 * width(n); };
   const Argument src = plane(1, twice, [=](Ints n) { return 2 * height(n); }), dst = plane(3, width, height);

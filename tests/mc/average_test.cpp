@@ -35,7 +35,7 @@ void check(const char* name) {
                {{2, 0, {0}}, {2, 1, {0}}}});
 }
 
-TEST(Average, RoundsEachOfItsMeans) {
+TEST_OPERATIONS(Average, RoundsEachOfItsMeans) {
   check<pqx_Video_Average2NoRnd_8U, plain::Average2NoRnd_8U>("pqx_Video_Average2NoRnd_8U");
   check<pqx_Video_Average2Rnd_8U, plain::Average2Rnd_8U>("pqx_Video_Average2Rnd_8U");
   check<pqx_Video_Average3NoRnd_8U, plain::Average3NoRnd_8U>("pqx_Video_Average3NoRnd_8U");

@@ -10,7 +10,7 @@ namespace {
 int64_t eight(Ints) { return 8; }
 int64_t block(Ints) { return 64; }
 
-TEST(AddBlock, SaturatesAndKeepsSampleOrderUnderOverlap) {
+TEST_OPERATIONS(AddBlock, SaturatesAndKeepsSampleOrderUnderOverlap) {
   const std::vector<int> distances = {0,   1,   2,   7,  8,  16,  55,  64,  100,  120,
                                       127, 128, 140, -1, -8, -15, -57, -64, -120, -200};
   const Argument picture = plane(2, eight, eight), any = buffer<int16_t>(block);
@@ -23,7 +23,7 @@ TEST(AddBlock, SaturatesAndKeepsSampleOrderUnderOverlap) {
   });
 }
 
-TEST(SumAbsDiff, SumsWholeGroupsOfEight) {
+TEST_OPERATIONS(SumAbsDiff, SumsWholeGroupsOfEight) {
   const auto columns = [](Ints n) { return n[3] < 1 ? 0 : (n[3] + 7) / 8 * 8; };
   const auto rows = [](Ints n) { return n[3] < 1 ? 0 : n[4]; };
   test::check(
@@ -39,7 +39,7 @@ TEST(SumAbsDiff, WrapsAtThirtyTwoBits) {
   EXPECT_EQ(pqx_Video_SumAbsDiff_8U(black.data(), white.data(), 0, 4096, height), uint32_t(255ull * 4096 * height));
 }
 
-TEST(OverlappedMC, WeighsThePredictionsOfTheNeighbours) {
+TEST_OPERATIONS(OverlappedMC, WeighsThePredictionsOfTheNeighbours) {
   // The predictions in the order of the arguments, from the first of ten coordinates on.
   const auto reference = [](int first) {
     Argument argument = plane(1, eight, eight);

@@ -83,7 +83,7 @@ using To16 = pqx_Status(const uint8_t*, int, int16_t*, int, int);
         test::erase < >((TO*)given_the_step_twice <plain::NAME>), __VA_ARGS__              \
   }
 
-TEST(Prediction, CopiesAndInterpolatesInTheRangeOfItsSamples) {
+TEST_OPERATIONS(Prediction, CopiesAndInterpolatesInTheRangeOfItsSamples) {
   test::check({
       OPERATION(CopyRef_8U, one_step(eight_or_sixteen(3), 0)),
       OPERATION(CopyRefAve_8U, one_step(multiple_of(8, 3), 0), {{1, 0, {0}}}),
@@ -100,7 +100,7 @@ TEST(Prediction, CopiesAndInterpolatesInTheRangeOfItsSamples) {
   });
 }
 
-TEST(Prediction, WidensToPackedBlocks) {
+TEST_OPERATIONS(Prediction, WidensToPackedBlocks) {
   const auto packed = [](int width, int height) {
     return buffer<int16_t>(area(eight_or_sixteen(width), rows(height, eight_or_sixteen(width))));
   };
@@ -138,7 +138,7 @@ TEST(Prediction, WidensToPackedBlocks) {
   });
 }
 
-TEST(Prediction, InterpolatesThreePlanesWithinTheBlock) {
+TEST_OPERATIONS(Prediction, InterpolatesThreePlanesWithinTheBlock) {
   const auto planes = [](int step_at, int width_at, int height_at, int fixed_width = 0) {
     const Count columns = [=](Ints n) { return fixed_width ? fixed_width : n[size_t(width_at)]; };
     const Count rows = [=](Ints n) { return std::max(n[size_t(height_at)], 1); };

@@ -29,7 +29,7 @@ void fill_state(Random& random, Data data, uint8_t* bytes, int64_t count) {
   }
 }
 
-TEST(Quantize, MatchesTheTypedArithmetic) {
+TEST_OPERATIONS(Quantize, MatchesTheTypedArithmetic) {
   const Argument words = buffer<int16_t>(block), floats = buffer<float>(block, fill_state<float>),
                  doubles = buffer<double>(block, fill_state<double>);
   test::check({

@@ -23,7 +23,7 @@ test::Argument halved(int len) {
 // In place, behind the source's start, before it, and odd distances for 16-bit rows.
 const std::vector<int> distances = {0, 1, 2, 7, 16, 33, 64, 200, -1, -2, -16, -35, -64, -300};
 
-TEST(DownSample, MatchesTheFormulaOnEveryRow) {
+TEST_OPERATIONS(DownSample, MatchesTheFormulaOnEveryRow) {
   test::check({
       OPERATION(DownSample420_BL_8U,
                 {source<uint8_t>(2), source<uint8_t>(2), size(row_lengths()), halved<uint8_t>(2)},

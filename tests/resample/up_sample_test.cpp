@@ -33,7 +33,7 @@ std::vector<Argument> bilinear_420() {
   return {in, in, in, size(row_lengths()), out, out};
 }
 
-TEST(UpSample, MatchesTheFormulaOnEveryRow) {
+TEST_OPERATIONS(UpSample, MatchesTheFormulaOnEveryRow) {
   test::check({
       OPERATION(UpSample420_NN_8U, nearest_420<uint8_t>(bytes_repeated), {{2, 0, distances}, {3, 0, distances}}),
       OPERATION(UpSample420_NN_16S, nearest_420<int16_t>(words_repeated), {{2, 0, distances}, {3, 0, distances}}),

@@ -7,9 +7,31 @@
 #include <sstream>
 
 #include "footprint.h"
+#include "pqx_video.h"
+
+extern "C" void* __pqx_Malloc(int32_t size) {
+  test::Scratch& scratch = test::scratch;
+  scratch.requests.push_back(size);
+  if (int(scratch.requests.size()) == scratch.refused) return nullptr;
+  ++scratch.blocks;
+  return pqx_Malloc(size);
+}
+extern "C" void __pqx_Free(void* block) {
+  --test::scratch.blocks;
+  pqx_Free(block);
+}
 
 namespace test {
+
+thread_local Scratch scratch;
+
 namespace {
+
+std::vector<void (*)()>& listed() {
+  static std::vector<void (*)()> checks;
+  return checks;
+}
+std::vector<Operation>* collected = nullptr;
 
 constexpr int64_t margin = 192;  // watched bytes on both sides of a buffer
 
@@ -141,10 +163,25 @@ class Checker {
         slots[k].pointer = b.pointer;
         model_slots[k].pointer = b.arena->copy(b.pointer);
       }
-    const int64_t expected = op_.model(model_slots.data()), result = op_.run(slots.data());
-    if (result != expected) ADD_FAILURE() << describe(ints, placement, distance) << ": returned " << result;
-    for (size_t k = 0; k < count; ++k)
-      if (Buffer& b = buffers[k]; b.arena) compare(b, k, describe(ints, placement, distance));
+    const int64_t expected = op_.model(model_slots.data());
+    run_and_compare(0, slots, expected, buffers, describe(ints, placement, distance));
+    // Without memory it does nothing: what it has just left stays.
+    for (int refused = int(scratch.requests.size()); refused > 0; --refused) {
+      for (const Buffer& b : buffers)
+        if (b.arena) std::copy(b.low, b.high, b.arena->copy(b.low));
+      run_and_compare(refused, slots, PQX_ERR_MEMORY, buffers,
+                      describe(ints, placement, distance) + ", request for memory refused");
+    }
+  }
+
+  void run_and_compare(int refused, const std::vector<Slot>& slots, int64_t expected, std::vector<Buffer>& buffers,
+                       const std::string& what) {
+    scratch.expect(refused);
+    const int64_t result = op_.run(slots.data());
+    if (result != expected) ADD_FAILURE() << what << ": returned " << result;
+    if (scratch.blocks != 0) ADD_FAILURE() << what << ": kept memory";
+    for (size_t k = 0; k < buffers.size(); ++k)
+      if (buffers[k].arena) compare(buffers[k], k, what);
   }
 
   void place(Buffer& b, size_t k, std::vector<Span> spans, int placement, int64_t room) {
@@ -198,10 +235,28 @@ class Checker {
 
 }  // namespace
 
-void check(const Operation& operation) { Checker(operation).run(); }
+void check(const Operation& operation) {
+  if (collected)
+    collected->push_back(operation);
+  else
+    Checker(operation).run();
+}
 
 void check(const std::vector<Operation>& family) {
   for (const Operation& operation : family) check(operation);
+}
+
+bool list(void (*checks)()) {
+  listed().push_back(checks);
+  return true;
+}
+
+std::vector<Operation> collect() {
+  std::vector<Operation> operations;
+  collected = &operations;
+  for (auto* checks : listed()) checks();
+  collected = nullptr;
+  return operations;
 }
 
 Argument plane(int step, Count columns, Count rows, Fill fill) {

@@ -48,7 +48,9 @@ union Slot {
   void* pointer;
   int number;
 };
-using Call = std::function<int64_t(const Slot*)>;
+struct Call : std::function<int64_t(const Slot*)> {
+  std::vector<bool> only_reads;  // by argument: a pointer to const
+};
 
 struct Operation {
   std::string name;
@@ -60,6 +62,21 @@ struct Operation {
 /// Fails the running test with the operation's arguments and the first wrong byte.
 void check(const Operation& operation);
 void check(const std::vector<Operation>& family);
+
+/// What all TEST_OPERATIONS of the program would check.
+std::vector<Operation> collect();
+bool list(void (*checks)());
+
+/// What operations are given instead of scratch memory of the library, as each asks for it by a name that the test
+/// programs define, too.
+struct Scratch {
+  int refused = 0;  // the request, counted from 1, that is not met
+  std::vector<int32_t> requests = {};
+  int blocks = 0;  // given and not yet taken back
+
+  void expect(int refuse) { refused = refuse, requests.clear(); }
+};
+extern thread_local Scratch scratch;
 
 /// Elements of type T from lo to hi.
 template <class T>
@@ -101,7 +118,7 @@ std::vector<int> row_lengths();
 
 template <class R, class... A>
 Call erase(R (*function)(A...)) {
-  return [function](const Slot* slots) {
+  const auto call = [function](const Slot* slots) {
     return [&]<size_t... k>(std::index_sequence<k...>) {
       auto get = [&]<class T>(const Slot& slot, T*) {
         if constexpr (std::is_pointer_v<T>)
@@ -113,6 +130,7 @@ Call erase(R (*function)(A...)) {
     }
     (std::index_sequence_for<A...>{});
   };
+  return {call, {std::is_const_v<std::remove_pointer_t<A>>...}};
 }
 
 }  // namespace test
@@ -120,3 +138,10 @@ Call erase(R (*function)(A...)) {
 /// An operation with its model, both under the operation's own name.
 #define OPERATION(NAME, ...) \
   { #NAME, test::erase(pqx_Video_##NAME), test::erase(plain::NAME), __VA_ARGS__ }
+
+/// A test that checks operations, and a list of them for other programs that are linked with it.
+#define TEST_OPERATIONS(SUITE, NAME)                                                \
+  static void SUITE##NAME();                                                        \
+  [[maybe_unused]] static const bool SUITE##NAME##Listed = test::list(SUITE##NAME); \
+  TEST(SUITE, NAME) { SUITE##NAME(); }                                              \
+  static void SUITE##NAME()
