@@ -1,13 +1,16 @@
 #include "files.h"
 
 #include <fcntl.h>
+#include <signal.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
+#include <climits>
 #include <cstring>
 #include <filesystem>
+#include <string_view>
 #include <system_error>
 #include <utility>
 
@@ -27,6 +30,39 @@ struct Descriptor {
   int fd;
   ~Descriptor() { ::close(fd); }
 };
+
+/// The file that is being written aside, where a signal handler finds it.
+char unfinished[PATH_MAX];
+constexpr int ends[] = {SIGINT, SIGTERM, SIGHUP};
+
+void end_by(int signal) {
+  ::unlink(unfinished);
+  // On a terminal, behind a line of progress.
+  const std::string_view message = "\npqxvideo: interrupted\n", shown = message.substr(!::isatty(STDERR_FILENO));
+  [[maybe_unused]] const ssize_t written = ::write(STDERR_FILENO, shown.data(), shown.size());
+  ::raise(signal);  // by the default action, which stands again
+}
+
+/// Makes a file beside others and sees to it that a signal that ends the program removes it.
+int make_unfinished(std::string& name) {
+  sigset_t all_of_them, before;
+  ::sigemptyset(&all_of_them);
+  for (const int signal : ends) ::sigaddset(&all_of_them, signal);
+  ::sigprocmask(SIG_BLOCK, &all_of_them, &before);
+  const int fd = ::mkostemp(name.data(), O_CLOEXEC);
+  const int error = errno;
+  if (fd >= 0 && name.size() < sizeof unfinished) {
+    std::strcpy(unfinished, name.c_str());
+    struct sigaction action = {}, now;
+    action.sa_handler = end_by;
+    action.sa_flags = int(SA_RESETHAND);
+    for (const int signal : ends)
+      if (::sigaction(signal, nullptr, &now) == 0 && now.sa_handler == SIG_DFL) ::sigaction(signal, &action, nullptr);
+  }
+  ::sigprocmask(SIG_SETMASK, &before, nullptr);
+  errno = error;
+  return fd;
+}
 
 }  // namespace
 
@@ -67,7 +103,7 @@ OutputFile::OutputFile(const std::string& path) : path_(path) {
       path_ = std::filesystem::canonical(path, error);  // a link stays one
     }
     aside_ = (std::filesystem::path(path_).parent_path() / ".pqxvideo-XXXXXX").string();
-    const int fd = ::mkostemp(aside_.data(), O_CLOEXEC);
+    const int fd = make_unfinished(aside_);
     if (fd < 0) {
       aside_.clear();
       fail("cannot write", errno);

@@ -1,3 +1,5 @@
+#include <signal.h>
+
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <chrono>
@@ -78,9 +80,18 @@ void write_sheet(const std::string& out, const std::string& original, const std:
   write_picture(out, naming(original, [&] { return contact_sheet(first, others); }));
 }
 
+/// What was printed has to arrive.
+int finish(int status) {
+  if (std::cout.flush()) return status;
+  std::cerr << "pqxvideo: cannot write to standard output\n";
+  return 1;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
+  // A pipe without a reader and a file that would grow too large are errors like others.
+  for (const int signal : {SIGPIPE, SIGXFSZ}) ::signal(signal, SIG_IGN);
   CLI::App app("Codes still and moving pictures with libpqx_video.", "pqxvideo");
   app.require_subcommand(1);
   app.set_version_flag("--version", pqx_GetVersion());
@@ -134,7 +145,7 @@ int main(int argc, char** argv) {
   try {
     app.parse(argc, argv);
   } catch (const CLI::Success& success) {
-    return app.exit(success);
+    return finish(app.exit(success));
   } catch (const CLI::ParseError& error) {
     std::cerr << "pqxvideo: " << error.what() << '\n';
     return 2;
@@ -151,5 +162,5 @@ int main(int argc, char** argv) {
     std::cerr << "pqxvideo: " << error.what() << '\n';
     return 1;
   }
-  return 0;
+  return finish(0);
 }
