@@ -83,8 +83,9 @@ void in_new_thread(bool sse2_only, Body body) {
 
 volatile sig_atomic_t steps;
 
-/// The instructions that a work takes: the processor's trap flag stops it behind each of them.
-[[gnu::noinline]] int64_t instructions_of(const Work& work) {
+/// The instructions that a work takes: the processor's trap flag stops it behind each of them, for a thousand times its
+/// time and more.
+[[gnu::noinline]] double instructions_of(const Work& work) {
   work(1);  // symbols are looked up at the first call
   steps = 0;
   signal(SIGTRAP, [](int) { steps = steps + 1; });
@@ -150,7 +151,9 @@ void add(const std::string& family, const Line& line) {
             fprintf(stderr, "%s our result is not that of plain C\n", name.c_str());
             all_agree = false;
           }
-          if (!line.against_peers) *instructions = double(instructions_of(setting->ours())) / setting->units;
+          if (line.charted)
+            *instructions = setting->part ? instructions_of(setting->part()) / setting->units_of_part
+                                          : instructions_of(setting->ours()) / setting->units;
         }
         state.counters["instructions"] = *instructions;
         state.counters["target"] = line.target;

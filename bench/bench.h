@@ -40,6 +40,9 @@ struct Setting {
   std::function<void()> clear;    // results, before two contenders are compared
   std::function<Result()> result;
   std::function<Work()> ours, plain;
+  // Part of our work, of so many units, whose instructions are counted; without it, all of it.
+  std::function<Work()> part = {};
+  double units_of_part = 0;
 };
 
 /// Another library at the same task.

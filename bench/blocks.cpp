@@ -84,6 +84,7 @@ void fill(Content content) {
 }
 
 Setting setting(const BlockBench& bench, const Blocks& blocks) {
+  const Blocks few{16, 1, blocks.first};
   const bool pixels = bench.job.yields == Yields::pixels;
   return {
       .units = double(blocks.across) * blocks.down,
@@ -103,6 +104,8 @@ Setting setting(const BlockBench& bench, const Blocks& blocks) {
           },
       .ours = [=, make = bench.job.ours] { return make(blocks); },
       .plain = [=, make = bench.job.plain] { return make(blocks); },
+      .part = [=, make = bench.job.ours] { return make(few); },
+      .units_of_part = double(few.across),
   };
 }
 
