@@ -1,0 +1,36 @@
+// A reader of the tool, by its macro, on any bytes.
+#include "h261_decoder.h"
+#include "jpeg_decoder.h"
+#include "pnm_file.h"
+#include "y4m_file.h"
+
+using namespace pqxvideo;
+
+namespace {
+
+[[maybe_unused]] void fuzz_jpeg(std::span<const uint8_t> bytes) {
+  decode_jpeg(bytes, bytes.size() % 2 ? Upsampling::nearest : Upsampling::bilinear);
+}
+/// Each stream strictly, and again with its damage concealed.
+[[maybe_unused]] void fuzz_h261(std::span<const uint8_t> bytes) {
+  for (h261::Decoder concealing(bytes, [](const std::string&) {}); concealing.next();) continue;
+  for (h261::Decoder strict(bytes); strict.next();) continue;
+}
+[[maybe_unused]] void fuzz_y4m(std::span<const uint8_t> bytes) {
+  YuvPicture picture;
+  for (Y4mReader reader(bytes); reader.next(picture);) continue;
+}
+
+[[maybe_unused]] void fuzz_pnm(std::span<const uint8_t> bytes) {
+  if (is_pnm(bytes)) read_pnm(bytes);
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+  try {
+    PQX_READER({data, size});
+  } catch (const Failure&) {
+  }
+  return 0;
+}

@@ -1,0 +1,45 @@
+#!/usr/bin/env bash
+# Builds the fuzz targets and runs each for so many seconds.
+#   run.sh SECONDS [TARGET...]      (operations, jpeg, h261, y4m, pnm; all of them if none is named)
+# What they learn stays in build-fuzz/corpus; what they find is left in build-fuzz.
+set -euo pipefail
+cd "$(dirname "$0")/../.."
+seconds=$1 targets=("${@:2}")
+((${#targets[@]})) || targets=(operations jpeg h261 y4m pnm)
+
+cmake --preset fuzz -G Ninja >/dev/null
+cmake --build build-fuzz --target pqxvideo "${targets[@]/%/_fuzz}"
+
+# Small files of every kind to begin with, made by the tool.
+cd build-fuzz
+mkdir -p corpus/{operations,jpeg,h261,y4m,pnm}
+{
+  printf 'P6 176 144 255\n'
+  LC_ALL=C awk 'BEGIN { for (i = 0; i < 3 * 176 * 144; ++i) printf "%c", 32 + int(i / 528) * (i % 7) % 90 }'
+} >corpus/seed.ppm
+printf 'P6#one\n3 2 255\nabcdefghijklmnopqr' >corpus/pnm/colour
+printf 'P5 4 3 7\n............' >corpus/pnm/grey
+printf 'YUV4MPEG2 W4 H2 F25:1 C420jpeg\nFRAME\n............FRAME X\n............' >corpus/y4m/clip
+for sampling in 444 422 420; do
+  ./pqxvideo jpeg encode corpus/pnm/colour "corpus/jpeg/$sampling" --sampling "$sampling" --optimize
+done
+./pqxvideo jpeg encode corpus/pnm/grey corpus/jpeg/grey
+./pqxvideo pan corpus/seed.ppm corpus/seed.y4m --size qcif --frames 3
+./pqxvideo h261 encode corpus/seed.y4m corpus/h261/clip --quant 31 >/dev/null
+for ((k = 0; k < 160; ++k)); do
+  printf "\\x$(printf %02x $k)\\0%64d" $((k * 77777)) >"corpus/operations/$k"
+done
+
+failures=0
+for target in "${targets[@]}"; do
+  log=$target.log
+  "./tests/fuzz/${target}_fuzz" -max_total_time="$seconds" -timeout=20 -rss_limit_mb=2048 -print_final_stats=1 \
+    "corpus/$target" >"$log" 2>&1 || { failures=$((failures + 1)) && tail -n 40 "$log"; }
+  executed=$(sed -n 's/^stat::number_of_executed_units: //p' "$log")
+  echo "$target: ${executed:-0} executions, $(grep -o 'cov: [0-9]* ft: [0-9]*' "$log" | tail -n 1)" \
+    "$(sed -n 's/.*operations reached/, &/p' "$log")"
+  if [ "$target" = operations ]; then
+    grep -q '^\([0-9]*\) of \1 operations reached' "$log" || failures=$((failures + 1))
+  fi
+done
+((failures == 0))
