@@ -30,7 +30,7 @@ endforeach()
 
 if(TARGET pqxvideo)
   file(RELATIVE_PATH libraries_from_tool /${CMAKE_INSTALL_BINDIR} /${CMAKE_INSTALL_LIBDIR})
-  set_target_properties(pqxvideo PROPERTIES INSTALL_RPATH "$ORIGIN/${libraries_from_tool}")
+  set_target_properties(pqxvideo PROPERTIES INSTALL_RPATH "$ORIGIN:$ORIGIN/${libraries_from_tool}")
   install(TARGETS pqxvideo)
   install(FILES docs/pqxvideo.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT man)
 endif()
