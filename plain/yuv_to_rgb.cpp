@@ -114,6 +114,7 @@ struct Rectangle {
 template <int zoom>
 pqx_Status convert_window(const uint8_t* y, int64_t y_step, const uint8_t* u, const uint8_t* v, int64_t uv_step,
                           uint8_t* dst, int64_t dst_step, Rectangle window) {
+  if (window.x0 >= window.x1) return PQX_OK;
   for (int64_t row = window.y0; row < window.y1; ++row) {
     const uint8_t *luma = y + row * y_step, *us = u + (row >> 1) * uv_step, *vs = v + (row >> 1) * uv_step;
     uint8_t* squares = dst + zoom * row * dst_step;

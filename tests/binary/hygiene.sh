@@ -22,10 +22,12 @@ for file in "$tool" "$@"; do
 done
 
 for file in "$@"; do
-  readelf -nW "$file" | grep -q 'x86 feature: IBT, SHSTK' || complain "no marks of control-flow protection"
+  grep -q 'x86 feature: IBT, SHSTK' <<<"$(readelf -nW "$file")" || complain "no marks of control-flow protection"
   readelf -dW "$file" | grep -E '\((PRE)?(INIT|FINI)' && complain "runs code when it is loaded or unloaded"
   stripped=$(mktemp)
   strip -o "$stripped" "$file" && echo "$(basename "$file"): $(stat -c %s "$stripped") bytes when stripped"
   rm "$stripped"
 done
+file=$1
+grep -q __stack_chk_fail <<<"$(nm -D "$file")" || complain "no guard behind the buffers on its stack"
 exit $failed

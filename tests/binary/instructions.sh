@@ -34,7 +34,7 @@ for library in "$@"; do
   code=$(objdump -dw --no-show-raw-insn "$library" | sed -nE 's/^ *[0-9a-f]+:\t((rep|repz|repnz|data16|cs|ds|lock) )*//p')
   [ "$(wc -l <<<"$code")" -ge 10 ] || { echo "$library: nothing to read"; failed=1; }
   beyond=$(grep -vE "^($allowed)( |\$)" <<<"$code" || true)
-  beyond+=$(grep -E '%([yz]mm|mm|st|k[0-7])' <<<"$code" || true)
-  [ -z "$beyond" ] || { echo "$library:"; sort <<<"$beyond" | uniq -c; failed=1; }
+  beyond+=$'\n'$(grep -E '%([yz]mm|mm|st|k[0-7])' <<<"$code" || true)
+  [ -z "${beyond//$'\n'}" ] || { echo "$library:"; sort <<<"$beyond" | uniq -c; failed=1; }
 done
 exit $failed

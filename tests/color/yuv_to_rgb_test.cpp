@@ -1,5 +1,4 @@
 #include <gtest/gtest.h>
-#include <sys/mman.h>
 
 #include <algorithm>
 
@@ -167,40 +166,6 @@ TEST(YuvToRgb, WindowsHoldThePixelsOfTheWholePicture) {
                 expected[size_t(row * zoom * columns + x)] = picture[size_t(row / zoom * columns + x / zoom)];
             ASSERT_EQ(out, expected) << zoom << ": " << x0 << ".." << x1 << " x " << y0 << ".." << y1;
           }
-}
-
-// Rows a gigabyte apart, downward and upward, give what close ones give: products of rows and steps need 64 bits.
-TEST(YuvToRgb, FarRowsAreFound) {
-  constexpr int rows = 12, row_bytes = 1024;
-  constexpr int64_t gap = int64_t(1) << 30;
-  using Run = void (*)(const uint8_t* y, const uint8_t* u, uint8_t* dst, int step);
-  const Run runs[] = {
-      [](auto y, auto u, auto d, int s) { pqx_Video_ColorYUV2RGB411_8U(y, s, u, u + 64, s, d, s, 20, 12); },
-      [](auto y, auto u, auto d, int s) { pqx_Video_ColorYUV2ARGB420_8U(y, s, u, u + 64, s, d, s, 20, 12); },
-      [](auto y, auto u, auto d, int s) { pqx_Video_ColorYUV2ABGR444_8U(y, u, u + 64, s, d, s, 20, 12); },
-      [](auto y, auto u, auto d, int s) { pqx_Video_ColorYUV2ABGR420_X2_8U(y, s, u, u + 64, s, d, s, 21, 6); },
-      [](auto y, auto u, auto d, int s) {
-        pqx_Video_ColorYUV2ABGR420_WX3_8U(y, s, u, u + 64, s, d, s, 8, 4, 1, 1, 20, 4);
-      },
-  };
-  void* map =
-      mmap(nullptr, size_t(gap) * rows, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
-  ASSERT_NE(map, MAP_FAILED);
-  for (const Run& run : runs)
-    for (const int64_t step : {gap, -gap}) {
-      uint8_t* const first = static_cast<uint8_t*>(map) + (step < 0 ? (rows - 1) * gap : 0);
-      std::vector<uint8_t> close(row_bytes * rows);
-      uint8_t* const first_close = close.data();
-      for (int y = 0; y < rows; ++y)
-        for (int x = 0; x < row_bytes; ++x)
-          first[y * step + x] = first_close[y * row_bytes + x] = uint8_t((x + 31 * y) * (x + 7) >> 3);
-      run(first + 16, first + 128, first + 256, int(step));
-      run(first_close + 16, first_close + 128, first_close + 256, row_bytes);
-      for (int y = 0; y < rows; ++y)
-        ASSERT_TRUE(std::equal(first + y * step, first + y * step + row_bytes, first_close + y * row_bytes))
-            << "operation " << &run - runs << ", row " << y;
-    }
-  munmap(map, size_t(gap) * rows);
 }
 
 // Black and white lie at 16 and 235; the two families of coefficients round some colours differently; alpha is 0.

@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <cstring>
+
 #include "operation.h"
 #include "plain.h"
 
@@ -45,9 +47,11 @@ TEST_OPERATIONS(OverlappedMC, WeighsThePredictionsOfTheNeighbours) {
     Argument argument = plane(1, eight, eight);
     argument.spans = [=](Ints n) {
       std::vector<test::Span> spans;
-      for (int k = 0; k < 5; ++k)
+      for (int k = 0; k < 5; ++k) {
+        const auto first_row = int32_t(uint32_t(n[size_t(first + 2 * k + 1)]) * uint32_t(n[1]));
         for (int64_t row = 0; row < 8; ++row)
-          spans.push_back({(n[size_t(first + 2 * k + 1)] + 2 * row) * n[1] + n[size_t(first + 2 * k)], 15});
+          spans.push_back({first_row + 2 * row * n[1] + n[size_t(first + 2 * k)], 15});
+      }
       return spans;
     };
     return argument;
@@ -79,6 +83,17 @@ TEST(OverlappedMC, HasTheWeightsOfAnnexF) {
       EXPECT_EQ(of_horizontal[8 * r + c], (255 * horizontal[quarter] + 4) >> 3);
       EXPECT_EQ(of_vertical[8 * r + c], (255 * (8 - own[quarter] - horizontal[quarter]) + 4) >> 3);
     }
+}
+
+// The row of a position on the half-sample grid is found in 32 bits that wrap, the rows from there on are not.
+TEST(OverlappedMC, WrapsTheRowsOfTheGrid) {
+  constexpr int step = 65536 + 16, y = 65536, wrapped = 16 * 65536;
+  std::vector<uint8_t> ref(wrapped + 15 * step);
+  for (size_t i = 0; i < ref.size(); ++i) ref[i] = uint8_t(i * i >> 7);
+  int16_t expected[64], found[64];
+  pqx_Video_H263OverlappedMC_8U_16S(&ref[wrapped], step, expected, 0, 0, 1, 0, 2, 0, 3, 0, 4, 0);
+  pqx_Video_H263OverlappedMC_8U_16S(ref.data(), step, found, 0, y, 1, y, 2, y, 3, y, 4, y);
+  EXPECT_EQ(std::memcmp(found, expected, sizeof found), 0);
 }
 
 }  // namespace

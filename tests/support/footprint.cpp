@@ -128,6 +128,10 @@ class Expression {
   size_t at_ = 0;
 };
 
+std::string function_of(const Operation& operation) {
+  return operation.name.rfind("pqx_", 0) == 0 ? operation.name : "pqx_Video_" + operation.name;
+}
+
 std::vector<std::string> split(const std::string& text, const std::string& separator) {
   std::vector<std::string> parts;
   size_t begin = 0;
@@ -174,34 +178,36 @@ const Footprint* Footprint::of(const std::string& function) {
   return at == all().end() ? nullptr : &at->second;
 }
 
-std::vector<Span> Footprint::spans(const std::string& argument, const std::map<std::string, int64_t>& values) const {
+std::vector<Footprint::Rows> Footprint::rows(const std::string& argument,
+                                             const std::map<std::string, int64_t>& values) const {
   Expression::Lookup lookup = [&](const std::string& name) -> int64_t {
     if (const auto d = definitions.find(name); d != definitions.end()) return Expression(d->second, lookup).value();
     if (const auto v = values.find(name); v != values.end()) return v->second;
     throw std::runtime_error("nothing is called " + name);
   };
   const auto evaluate = [&](const std::string& text) { return Expression(text, lookup).value(); };
-  std::vector<Span> spans;
+  std::vector<Rows> all;
   for (const std::string& part : split(arguments.at(argument).formula, " and ")) {
     const auto places = split(part, ", from ");
-    std::vector<int64_t> offsets = {0};
-    if (places.size() > 1) {
-      offsets.clear();
-      for (const std::string& offset : split(places[1], ", ")) offsets.push_back(evaluate(offset));
-    }
-    int64_t rows = 1, bytes = 0, apart = 0;
+    Rows rows = {1, 0, 0, 0};
     if (const auto lines = split(places[0], " rows of "); lines.size() == 2) {
       const size_t comma = lines[1].rfind(", ");
-      rows = evaluate(lines[0]);
-      bytes = evaluate(lines[1].substr(0, comma));
-      apart = evaluate(lines[1].substr(comma + 2, lines[1].rfind(" apart") - comma - 2));
+      rows.count = evaluate(lines[0]);
+      rows.bytes = evaluate(lines[1].substr(0, comma));
+      rows.apart = evaluate(lines[1].substr(comma + 2, lines[1].rfind(" apart") - comma - 2));
     } else {
-      bytes = evaluate(places[0]);
+      rows.bytes = evaluate(places[0]);
     }
-    for (const int64_t offset : offsets)
-      for (int64_t row = 0; row < rows && bytes > 0; ++row) spans.push_back({offset + row * apart, bytes});
+    for (const std::string& offset : split(places.size() > 1 ? places[1] : "0", ", ")) {
+      rows.offset = evaluate(offset);
+      all.push_back(rows);
+    }
   }
-  return joined(spans);
+  return all;
+}
+
+std::vector<Span> Footprint::spans(const std::string& argument, const std::map<std::string, int64_t>& values) const {
+  return joined(rows(argument, values));
 }
 
 const std::map<std::string, std::vector<Parameter>>& declared_functions() {
@@ -232,30 +238,47 @@ std::vector<Span> joined(std::vector<Span> spans) {
   return result;
 }
 
-void compare_with_manual(const Operation& operation, Ints ints) {
-  const std::string function = operation.name.rfind("pqx_", 0) == 0 ? operation.name : "pqx_Video_" + operation.name;
+std::vector<Span> joined(const std::vector<Footprint::Rows>& rows) {
+  std::vector<Span> spans;
+  for (const Footprint::Rows& r : rows)
+    for (int64_t row = 0; row < r.count && r.bytes > 0; ++row) spans.push_back({r.offset + row * r.apart, r.bytes});
+  return joined(std::move(spans));
+}
+
+std::vector<std::vector<Footprint::Rows>> rows_by_manual(const Operation& operation, Ints ints) {
+  const std::string function = function_of(operation);
   const Footprint* const footprint = Footprint::of(function);
-  if (!footprint || ::testing::Test::HasFailure()) return;
+  if (!footprint) return {};
   const std::vector<Parameter>& parameters = declared_functions().at(function);
   std::map<std::string, int64_t> values;
-  std::ostringstream call;
   for (size_t k = 0; k < ints.size(); ++k)
-    if (!operation.arguments[k].is_pointer) {
-      values[parameters[k].name] = ints[k];
-      call << parameters[k].name << " " << ints[k] << ", ";
-    }
+    if (!operation.arguments[k].is_pointer) values[parameters[k].name] = ints[k];
+  std::vector<std::vector<Footprint::Rows>> rows(ints.size());
   for (size_t k = 0; k < ints.size(); ++k)
-    if (operation.arguments[k].is_pointer) {
-      const auto touched = joined(operation.arguments[k].spans(ints)),
-                 said = footprint->spans(parameters[k].name, values);
-      const bool same =
-          std::equal(touched.begin(), touched.end(), said.begin(), said.end(),
-                     [](const Span& a, const Span& b) { return a.offset == b.offset && a.bytes == b.bytes; });
-      if (same) continue;
-      ADD_FAILURE() << function << ", " << call.str() << parameters[k].name << ": the manual has "
-                    << footprint->arguments.at(parameters[k].name).formula << ", which is not what is touched";
-      return;
-    }
+    if (operation.arguments[k].is_pointer) rows[k] = footprint->rows(parameters[k].name, values);
+  return rows;
+}
+
+void compare_with_manual(const Operation& operation, Ints ints) {
+  if (::testing::Test::HasFailure()) return;
+  const auto rows = rows_by_manual(operation, ints);
+  for (size_t k = 0; k < rows.size(); ++k) {
+    if (!operation.arguments[k].is_pointer) continue;
+    const auto touched = joined(operation.arguments[k].spans(ints)), said = joined(rows[k]);
+    const bool same =
+        std::equal(touched.begin(), touched.end(), said.begin(), said.end(),
+                   [](const Span& a, const Span& b) { return a.offset == b.offset && a.bytes == b.bytes; });
+    if (same) continue;
+    const std::string function = function_of(operation);
+    const std::vector<Parameter>& parameters = declared_functions().at(function);
+    std::ostringstream call;
+    for (size_t i = 0; i < ints.size(); ++i)
+      if (!operation.arguments[i].is_pointer) call << parameters[i].name << " " << ints[i] << ", ";
+    ADD_FAILURE() << function << ", " << call.str() << parameters[k].name << ": the manual has "
+                  << Footprint::of(function)->arguments.at(parameters[k].name).formula
+                  << ", which is not what is touched";
+    return;
+  }
 }
 
 }  // namespace test

@@ -22,7 +22,12 @@ class Footprint {
   std::map<std::string, std::string> definitions;
   std::map<std::string, Bytes> arguments;
 
-  /// The bytes of an argument, in order and without gaps between them, for these values of the parameters.
+  struct Rows {
+    int64_t count, bytes, apart, offset;
+  };
+  /// The bytes of an argument for these values of the parameters.
+  std::vector<Rows> rows(const std::string& argument, const std::map<std::string, int64_t>& values) const;
+  /// The same in order and without gaps between them.
   std::vector<Span> spans(const std::string& argument, const std::map<std::string, int64_t>& values) const;
 };
 
@@ -32,8 +37,13 @@ struct Parameter {
 /// Functions of the public header that it declares under pqx_Video, with their parameters.
 const std::map<std::string, std::vector<Parameter>>& declared_functions();
 
+/// For every argument what the manual says, or nothing where it does not have the operation; no rows for a size.
+std::vector<std::vector<Footprint::Rows>> rows_by_manual(const Operation& operation, Ints ints);
+
 /// The same bytes in ascending spans that neither touch nor overlap.
 std::vector<Span> joined(std::vector<Span> spans);
+
+std::vector<Span> joined(const std::vector<Footprint::Rows>& rows);
 
 /// Fails the running test where the page knows an operation and has other bytes than its descriptor.
 void compare_with_manual(const Operation& operation, Ints ints);

@@ -4,6 +4,9 @@
 #include <sys/mman.h>
 #include <unistd.h>
 
+#include <climits>
+#include <cstdlib>
+#include <fstream>
 #include <sstream>
 
 #include "footprint.h"
@@ -21,6 +24,15 @@ extern "C" void __pqx_Free(void* block) {
   pqx_Free(block);
 }
 
+#if __has_include(<valgrind/memcheck.h>)
+#include <valgrind/memcheck.h>
+#else
+#define RUNNING_ON_VALGRIND 0
+#define VALGRIND_COUNT_ERRORS 0
+#define VALGRIND_MAKE_MEM_NOACCESS(address, bytes) (void)(bytes)
+#define VALGRIND_MAKE_MEM_DEFINED(address, bytes) (void)(bytes)
+#endif
+
 namespace test {
 
 thread_local Scratch scratch;
@@ -35,7 +47,8 @@ std::vector<Operation>* collected = nullptr;
 
 constexpr int64_t margin = 192;  // watched bytes on both sides of a buffer
 
-/// Readable memory between two unreadable pages, and a copy of the same size for the model.
+/// Readable memory between two unreadable pages, and a copy of the same size for the model. It may be larger than the
+/// machine's memory, as long as little of it is touched.
 class Arena {
  public:
   Arena() = default;
@@ -46,35 +59,39 @@ class Arena {
     if (bytes <= size_) return;
     release();
     size_ = (bytes + page - 1) / page * page;
-    void* map = mmap(nullptr, size_t(size_ + 2 * page), PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+    const auto mapped = size_t(2 * size_ + 3 * page);
+    void* map = mmap(nullptr, mapped, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
     if (map == MAP_FAILED) throw std::bad_alloc();
+    madvise(map, mapped, MADV_NOHUGEPAGE);
     begin_ = static_cast<uint8_t*>(map) + page;
-    mprotect(begin_, size_t(size_), PROT_READ | PROT_WRITE);
-    copy_.assign(size_t(size_), 0);
+    for (uint8_t* half : {begin(), copy(begin())}) mprotect(half, size_t(size_), PROT_READ | PROT_WRITE);
   }
 
   uint8_t* begin() { return begin_; }
   uint8_t* end() { return begin_ + size_; }
-  uint8_t* copy(const uint8_t* original) { return copy_.data() + (original - begin_); }
+  uint8_t* copy(uint8_t* original) { return original + size_ + page; }
   int64_t clamp(int64_t offset) const { return std::clamp<int64_t>(offset, 0, size_); }
 
  private:
   void release() {
-    if (begin_) munmap(begin_ - page, size_t(size_ + 2 * page));
+    if (begin_) munmap(begin_ - page, size_t(2 * size_ + 3 * page));
   }
 
   const int64_t page = sysconf(_SC_PAGESIZE);
   uint8_t* begin_ = nullptr;
   int64_t size_ = 0;
-  std::vector<uint8_t> copy_;
 };
 
 struct Buffer {
   Arena* arena = nullptr;
   uint8_t* pointer = nullptr;
-  std::vector<Span> spans;
-  uint8_t *low = nullptr, *high = nullptr;  // watched
+  std::vector<Span> spans, watched;  // the latter from the arena's beginning
 };
+
+/// A few of the cases are enough where each of them takes long; their results are added to a digest where one is asked
+/// for.
+const bool few_cases = std::getenv("PQX_TEST_FEW_CASES");
+const char* const digest_file = std::getenv("PQX_TEST_DIGEST");
 
 enum Placement { ends_at_guard = -2, begins_at_guard = -1, misaligned = 0 };  // 0..15: misalignment
 
@@ -83,13 +100,25 @@ class Checker {
   explicit Checker(const Operation& operation) : op_(operation), arenas_(operation.arguments.size()) {}
 
   void run() {
+    for (const Argument& a : op_.arguments)
+      if (is_size(a)) combinations_ *= a.values.size();
     std::vector<int> ints(op_.arguments.size(), 0);
     sizes(0, ints);
+    if (digest_file) std::ofstream(digest_file, std::ios::app) << op_.name << " " << digest_ << "\n";
   }
 
  private:
+  /// Whether the combination of sizes at hand is among so many, which are spread evenly.
+  bool among(uint64_t count) const { return combination_ * 7919 % combinations_ < count; }
+
   void sizes(size_t k, std::vector<int>& ints) {
-    if (k == op_.arguments.size()) return placements(ints);
+    if (k == op_.arguments.size()) {
+      ++combination_;
+      if (!few_cases || among(24)) placements(ints);
+      if (!few_cases && among(24)) far_rows(ints);
+      if (!few_cases && among(4)) extremes(ints);
+      return;
+    }
     const Argument& a = op_.arguments[k];
     if (a.is_pointer || a.row_bytes) return sizes(k + 1, ints);
     for (int value : a.values) {
@@ -115,6 +144,53 @@ class Checker {
         steps(ints, distance);
         one_case(ints, distance & 15, Data::random, &overlap, distance);
       }
+  }
+
+  // Rows a gigabyte apart, downward and upward: their products with the steps need 64 bits.
+  void far_rows(std::vector<int>& ints) {
+    for (int sign : {1, -1}) {
+      int steps = 0;
+      for (size_t k = 0; k < ints.size(); ++k)
+        if (op_.arguments[k].row_bytes) {
+          ++steps;
+          ints[k] = (steps % 3 ? sign : -sign) * ((1 << 30) + 5 * steps);
+        }
+      if (steps) one_case(ints, misaligned, Data::random, nullptr, 0);
+    }
+  }
+
+  // The least and the greatest numbers as each two of the sizes, wherever the manual has little work for them, or none.
+  void extremes(Ints ordinary) {
+    for (size_t k = 0; k < ordinary.size(); ++k)
+      for (size_t j = k; j < ordinary.size(); ++j)
+        for (int one : extremes_of(op_.arguments[k]))
+          for (int other : extremes_of(op_.arguments[j])) {
+            std::vector<int> ints = ordinary;
+            for (size_t i = 0; i < ints.size(); ++i)
+              if (op_.arguments[i].row_bytes) ints[i] = i % 2 ? 4096 : -4096;
+            ints[j] = other;
+            ints[k] = one;
+            by_manual_ = rows_by_manual(op_, ints);
+            if (!by_manual_.empty() && std::all_of(by_manual_.begin(), by_manual_.end(), little))
+              one_case(ints, misaligned, Data::random, nullptr, 0);
+          }
+    by_manual_.clear();
+  }
+
+  /// No numbers below 1 where none has a meaning.
+  static std::vector<int> extremes_of(const Argument& a) {
+    if (!is_size(a)) return {};
+    if (*std::min_element(a.values.begin(), a.values.end()) > 0) return {INT_MAX - 1, INT_MAX};
+    return {INT_MIN, INT_MIN + 1, INT_MAX - 1, INT_MAX};
+  }
+
+  static bool is_size(const Argument& a) { return !a.is_pointer && !a.row_bytes; }
+
+  static bool little(const std::vector<Footprint::Rows>& rows) {
+    return std::all_of(rows.begin(), rows.end(), [](const Footprint::Rows& r) {
+      const bool reachable = r.bytes <= 4096 && std::abs(r.offset) <= int64_t(1) << 34;
+      return r.count <= 0 || (r.count <= 4096 && reachable);
+    });
   }
 
   // Tight and padded rows, odd distances, upward and downward, in turn.
@@ -143,7 +219,7 @@ class Checker {
       if (!a.is_pointer)
         slots[k].number = model_slots[k].number = ints[k];
       else if (!overlap || overlap->destination != int(k))
-        place(buffers[k], k, a.spans(ints), placement, room);
+        place(buffers[k], k, by_manual_.empty() ? a.spans(ints) : joined(by_manual_[k]), placement, room);
     }
     if (overlap) {
       Buffer& b = buffers[size_t(overlap->destination)];
@@ -153,13 +229,14 @@ class Checker {
       watch(b);
     }
     for (Buffer& b : buffers)
-      if (b.arena) std::generate(b.low, b.high, [this] { return uint8_t(random_()); });
+      for (const Span& s : b.watched)
+        std::generate_n(b.arena->begin() + s.offset, s.bytes, [this] { return uint8_t(random_()); });
     for (size_t k = 0; k < count; ++k)
       for (const Span& s : buffers[k].spans)
         op_.arguments[k].fill(random_, data, buffers[k].pointer + s.offset, s.bytes);
     for (size_t k = 0; k < count; ++k)
       if (Buffer& b = buffers[k]; b.arena) {
-        std::copy(b.low, b.high, b.arena->copy(b.low));
+        copy_for_model(b);
         slots[k].pointer = b.pointer;
         model_slots[k].pointer = b.arena->copy(b.pointer);
       }
@@ -167,8 +244,7 @@ class Checker {
     run_and_compare(0, slots, expected, buffers, describe(ints, placement, distance));
     // Without memory it does nothing: what it has just left stays.
     for (int refused = int(scratch.requests.size()); refused > 0; --refused) {
-      for (const Buffer& b : buffers)
-        if (b.arena) std::copy(b.low, b.high, b.arena->copy(b.low));
+      for (const Buffer& b : buffers) copy_for_model(b);
       run_and_compare(refused, slots, PQX_ERR_MEMORY, buffers,
                       describe(ints, placement, distance) + ", request for memory refused");
     }
@@ -177,12 +253,30 @@ class Checker {
   void run_and_compare(int refused, const std::vector<Slot>& slots, int64_t expected, std::vector<Buffer>& buffers,
                        const std::string& what) {
     scratch.expect(refused);
+    forbid_all_but_spans(buffers);
+    const auto errors = VALGRIND_COUNT_ERRORS;
     const int64_t result = op_.run(slots.data());
+    if (VALGRIND_COUNT_ERRORS != errors) ADD_FAILURE() << what << ": touches too much";
+    for (Buffer& b : buffers)
+      if (b.arena) VALGRIND_MAKE_MEM_DEFINED(b.arena->begin(), b.arena->end() - b.arena->begin());
+    add_to_digest(uint64_t(result));
     if (result != expected) ADD_FAILURE() << what << ": returned " << result;
     if (scratch.blocks != 0) ADD_FAILURE() << what << ": kept memory";
     for (size_t k = 0; k < buffers.size(); ++k)
       if (buffers[k].arena) compare(buffers[k], k, what);
   }
+
+  /// Valgrind sees more than pages do: what lies between rows, and reads.
+  static void forbid_all_but_spans(std::vector<Buffer>& buffers) {
+    if (!RUNNING_ON_VALGRIND) return;
+    for (Buffer& b : buffers)
+      if (b.arena) VALGRIND_MAKE_MEM_NOACCESS(b.arena->begin(), b.arena->end() - b.arena->begin());
+    for (Buffer& b : buffers)
+      for (const Span& s : b.spans)
+        if (s.bytes > 0) VALGRIND_MAKE_MEM_DEFINED(b.pointer + s.offset, s.bytes);
+  }
+
+  void add_to_digest(uint64_t value) { digest_ = (digest_ ^ value) * 0x100000001b3; }
 
   void place(Buffer& b, size_t k, std::vector<Span> spans, int placement, int64_t room) {
     std::erase_if(spans, [](const Span& s) { return s.bytes <= 0; });
@@ -201,22 +295,32 @@ class Checker {
   }
 
   static void watch(Buffer& b) {
-    uint8_t* const begin = b.arena->begin();
-    int64_t low = b.pointer - begin, high = low;
+    const int64_t pointer = b.pointer - b.arena->begin();
+    b.watched = {{b.arena->clamp(pointer - margin), 0}};
+    b.watched[0].bytes = b.arena->clamp(pointer + margin) - b.watched[0].offset;
     for (const Span& s : b.spans) {
-      low = std::min(low, b.pointer - begin + s.offset);
-      high = std::max(high, b.pointer - begin + s.offset + s.bytes);
+      const int64_t low = b.arena->clamp(pointer + s.offset - margin);
+      b.watched.push_back({low, b.arena->clamp(pointer + s.offset + s.bytes + margin) - low});
     }
-    b.low = begin + b.arena->clamp(low - margin);
-    b.high = begin + b.arena->clamp(high + margin);
+    b.watched = joined(std::move(b.watched));
+  }
+
+  static void copy_for_model(const Buffer& b) {
+    for (const Span& s : b.watched)
+      std::copy_n(b.arena->begin() + s.offset, s.bytes, b.arena->copy(b.arena->begin() + s.offset));
   }
 
   void compare(Buffer& b, size_t k, const std::string& what) {
-    const uint8_t* expected = b.arena->copy(b.low);
-    const auto [wrong, right] = std::mismatch(b.low, b.high, expected);
-    if (wrong == b.high) return;
-    ADD_FAILURE() << what << ": argument " << k << ", byte " << wrong - b.pointer << " is " << int(*wrong)
-                  << " instead of " << int(*right);
+    for (const Span& s : b.watched) {
+      uint8_t *const low = b.arena->begin() + s.offset, *const high = low + s.bytes;
+      if (digest_file)
+        for (const uint8_t* p = low; p < high; ++p) add_to_digest(*p);
+      const auto [wrong, right] = std::mismatch(low, high, b.arena->copy(low));
+      if (wrong == high) continue;
+      ADD_FAILURE() << what << ": argument " << k << ", byte " << wrong - b.pointer << " is " << int(*wrong)
+                    << " instead of " << int(*right);
+      return;
+    }
   }
 
   std::string describe(Ints ints, int placement, int distance) const {
@@ -231,6 +335,8 @@ class Checker {
   const Operation& op_;
   std::vector<Arena> arenas_;
   Random random_{12345};
+  std::vector<std::vector<Footprint::Rows>> by_manual_;  // instead of the operation's own spans
+  uint64_t combinations_ = 1, combination_ = 0, digest_ = 0xcbf29ce484222325;
 };
 
 }  // namespace
