@@ -16,9 +16,9 @@ inline u8x16 in_each_half(uint64_t mask) { return {_mm_set1_epi64x(int64_t(mask)
 
 /// Four pixels that begin with alpha, red and blue exchanged: the upper byte of each word for that of the other.
 inline u8x16 exchanged(u8x16 pixels) {
-  const u8x16 lower = {_mm_set1_epi16(0xff)}, upper = {_mm_andnot_si128(lower.v, pixels.v)};
-  constexpr int other_word = _MM_SHUFFLE(2, 3, 0, 1);
-  return (pixels & lower) | u8x16{_mm_shufflehi_epi16(_mm_shufflelo_epi16(upper.v, other_word), other_word)};
+  constexpr int other = _MM_SHUFFLE(2, 3, 0, 1);
+  const u8x16 other_words = {_mm_shufflehi_epi16(_mm_shufflelo_epi16(pixels.v, other), other)};
+  return pixels ^ ((pixels ^ other_words) & as<u8x16>(all_u16(0xff00)));
 }
 
 /// Four pixels R, G, B from four of layout L.
