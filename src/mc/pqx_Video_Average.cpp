@@ -4,11 +4,13 @@
 namespace pqx::mc {
 namespace {
 
-using pqx::mean_down;
-uint8_t mean_down(uint8_t a, uint8_t b) { return uint8_t((a + b) >> 1); }
-
 struct MeanDown {
-  static auto of(auto a, auto b, auto) { return mean_down(a, b); }
+  static uint8_t of(uint8_t a, uint8_t b, uint8_t) { return uint8_t((a + b) >> 1); }
+  /// What is rounded up in the complement is rounded down.
+  static u8x16 of(u8x16 a, u8x16 b, u8x16) {
+    const u8x16 ones = all_u8(255);
+    return mean_up(a ^ ones, b ^ ones) ^ ones;
+  }
 };
 struct MeanUp {
   static auto of(auto a, auto b, auto) { return mean_up(a, b); }
@@ -27,7 +29,7 @@ template <int n, class Rule>
   for (int pairs = (((height - 1) >> 2) + 1) * 2; pairs > 0; --pairs) {
 #pragma GCC unroll 2
     for (int k = 0; k < 2; ++k, a += a_step, b += b_step, d += d_step)
-      store_piece<n>(d, Rule::of(load_piece<n>(a), load_piece<n>(b), load_piece<n>(d)));
+      store_piece<n>(d, Rule::of(loaded_once(load_piece<n>(a)), loaded_once(load_piece<n>(b)), load_piece<n>(d)));
   }
   return PQX_OK;
 }
