@@ -73,6 +73,25 @@ Encoder::Encoder(int width, int height, const EncoderOptions& options)
 
 std::vector<uint8_t> Encoder::encode(const YuvPicture& source) {
   before_ = picture_;
+  const std::vector<int> predictions_before = predictions_since_intra_;
+  quant_ = options_.quant;
+  scan_end_ = 64;
+  std::vector<uint8_t> coded = encode_picture(source);
+  while (coded.size() * 8 > format_.most_bits()) {
+    // With one level in each block everything fits: a macroblock then takes at most 190 bits.
+    if (quant_ < max_quant)
+      ++quant_;
+    else
+      scan_end_ = scan_end_ * 3 / 4;
+    picture_ = before_;
+    predictions_since_intra_ = predictions_before;
+    coded = encode_picture(source);
+  }
+  ++pictures_;
+  return coded;
+}
+
+std::vector<uint8_t> Encoder::encode_picture(const YuvPicture& source) {
   bits_.put(start_code, start_code_bits);
   bits_.put(0, 4);
   bits_.put(uint32_t(pictures_ & 31), 5);
@@ -80,16 +99,15 @@ std::vector<uint8_t> Encoder::encode(const YuvPicture& source) {
   bits_.put(format_.cif ? 0b000111 : 0b000011, 6);
   bits_.put(0, 1);
   for (int number = 1; format_.has_group(number); number = format_.next_group(number)) encode_group(source, number);
-  ++pictures_;
   return bits_.take();
 }
 
 void Encoder::encode_group(const YuvPicture& source, int number) {
   bits_.put(start_code, start_code_bits);
   bits_.put(uint32_t(number), 4);
-  bits_.put(uint32_t(options_.quant), 5);
+  bits_.put(uint32_t(quant_), 5);
   bits_.put(0, 1);
-  int quant = options_.quant, last_sent = 0;
+  int quant = quant_, last_sent = 0;
   Vector vector_before;
   for (int address = 1; address <= macroblocks_in_group; ++address) {
     const int x = format_.group_x(number) + (address - 1) % macroblocks_in_row * 16;
@@ -118,7 +136,7 @@ void Encoder::choose_prediction(const YuvPicture& source, int x, int y, int macr
   const int range = options_.search;
   const YuvPicture::Component& reference = before_.planes[0];
   // What a bit of side information is worth in differences.
-  const uint32_t bit = uint32_t(options_.quant) / 2 + 1;
+  const uint32_t bit = uint32_t(quant_) / 2 + 1;
   Vector best;
   uint32_t lowest = pictures_ ? cost(source, reference.at(x, y), x, y) : UINT32_MAX;
   const uint32_t stay = lowest;
@@ -174,7 +192,7 @@ void Encoder::transform(const YuvPicture& source, int x, int y, Macroblock& m) {
     for (size_t i = m.type.intra; i < 64; ++i) largest = std::max(largest, std::abs(block[i]));
   }
   // Levels reach to 127 only, which a low quantizer may not be enough for.
-  m.quant = std::max(options_.quant, (largest + 2 * max_level) / (2 * max_level + 1));
+  m.quant = std::max(quant_, (largest + 2 * max_level) / (2 * max_level + 1));
   for (int k = 0; k < 6; ++k) {
     auto& block = m.levels[size_t(k)];
     const int dc = block[0];
@@ -183,6 +201,7 @@ void Encoder::transform(const YuvPicture& source, int x, int y, Macroblock& m) {
     for (int16_t& c : block) c = int16_t(c > 0 ? std::max(c - m.quant, 0) : std::min(c + m.quant, 0));
     pqx_Video_Quantize_16S_I(quantizers_[size_t(m.quant)].data(), block.data());
     for (int16_t& c : block) c = std::clamp<int16_t>(c, -max_level, max_level);
+    for (size_t i = scan_end_; i < 64; ++i) block[jpeg::natural_position[i]] = 0;
     if (m.type.intra) block[0] = int16_t(std::clamp((dc + 4) / 8, 1, 254));
     const bool coded = m.type.intra || std::ranges::any_of(block, [](int16_t level) { return level != 0; });
     if (coded) m.pattern |= 32 >> k;

@@ -10,7 +10,7 @@
 namespace pqxvideo::h261 {
 
 struct EncoderOptions {
-  int quant = 8;  // 1..31
+  int quant = 8;  // 1..31; coarser for a picture that would take more bits than the standard allows
   bool loop_filter = true;
   int search = 15;  // farthest vector, 0..15
 };
@@ -35,6 +35,7 @@ class Encoder {
     std::array<std::array<int16_t, 64>, 6> levels;
   };
 
+  std::vector<uint8_t> encode_picture(const YuvPicture& source);
   void encode_group(const YuvPicture& source, int number);
   void choose_prediction(const YuvPicture& source, int x, int y, int macroblock, Macroblock& m);
   void transform(const YuvPicture& source, int x, int y, Macroblock& m);
@@ -47,6 +48,8 @@ class Encoder {
   std::array<std::array<float, 64>, max_quant + 1> quantizers_;
   YuvPicture picture_, before_, trial_;
   std::vector<int> predictions_since_intra_;
+  int quant_ = 0;         // of the picture; a macroblock may need a coarser one
+  size_t scan_end_ = 64;  // where the levels of its blocks end in scan order
   BitWriter bits_;
   int pictures_ = 0;
 };

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <string_view>
 
@@ -225,6 +226,8 @@ struct PictureFormat {
 
   int width() const { return cif ? 352 : 176; }
   int height() const { return cif ? 288 : 144; }
+  /// Of a coded picture.
+  size_t most_bits() const { return size_t{cif ? 256u : 64u} * 1024; }
   bool has_group(int number) const { return number >= 1 && (cif ? number <= 12 : number <= 5 && number % 2 == 1); }
   int next_group(int number) const { return number + (cif ? 1 : 2); }
   int group_x(int number) const { return cif && number % 2 == 0 ? 176 : 0; }

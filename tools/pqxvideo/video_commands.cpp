@@ -157,7 +157,8 @@ std::vector<Command> add_video_commands(CLI::App& app) {
   CLI::App* const encoder = h261->add_subcommand("encode", "Encodes a Y4M file of CIF or QCIF pictures.");
   encoder->add_option("IN", a->in, "Y4M file, 4:2:0, 8 bit")->required();
   encoder->add_option("OUT", a->out, "H.261 stream")->required();
-  encoder->add_option("--quant", a->options.quant, "Quantizer")
+  encoder
+      ->add_option("--quant", a->options.quant, "Quantizer; coarser where the standard allows a picture no more bits")
       ->check(CLI::Range(1, h261::max_quant))
       ->capture_default_str();
   encoder->add_flag("--no-loop-filter", a->no_loop_filter, "Never filter a prediction");
