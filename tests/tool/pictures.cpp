@@ -1,6 +1,7 @@
 #include "pictures.h"
 
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -42,6 +43,12 @@ std::vector<std::string> Workplace::files() const {
   for (const auto& entry : std::filesystem::directory_iterator(path_)) names.push_back(entry.path().filename());
   std::sort(names.begin(), names.end());
   return names;
+}
+
+int peak_memory() {
+  struct rusage usage;
+  getrusage(RUSAGE_SELF, &usage);
+  return int(usage.ru_maxrss / 1024);
 }
 
 Bytes read_bytes(const std::string& path) {

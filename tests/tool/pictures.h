@@ -32,6 +32,9 @@ class Workplace {
   std::filesystem::path path_;
 };
 
+/// The most memory that the process has held so far, in MiB.
+int peak_memory();
+
 Bytes read_bytes(const std::string& path);
 void write_bytes(const std::string& path, const Bytes& bytes);
 
