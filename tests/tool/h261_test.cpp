@@ -351,6 +351,9 @@ TEST(H261, ToolReportsErrorsInOneLineAndLeavesNothing) {
   Bytes bytes = stream;
   for (size_t i = 300; i < 330; ++i) bytes[i] ^= 0x5A;
   write_bytes(place / "damaged.h261", bytes);
+  bytes = stream;
+  bytes.insert(bytes.end(), stream.begin(), stream.begin() + 3);
+  write_bytes(place / "cut.h261", bytes);
   write_y4m(place / "odd.y4m", {YuvPicture(64, 48)});
   bytes = read_bytes(place / "odd.y4m");
   bytes.pop_back();
@@ -362,6 +365,7 @@ TEST(H261, ToolReportsErrorsInOneLineAndLeavesNothing) {
   write_bytes(place / "picture.png", {0x89, 'P', 'N', 'G'});
   const FailingCommand cases[] = {
     {"h261 decode {damaged.h261} {out.y4m}", 1, "damaged.h261", "damaged H.261 stream"},
+    {"h261 decode {cut.h261} {out.y4m}", 1, "cut.h261", "damaged H.261 stream: it ends in a picture header"},
     {"h261 decode {odd.y4m} {out.y4m}", 1, "odd.y4m", "not an H.261 stream"},
     {"h261 decode {good.h261} {nowhere/out.y4m}", 1, "nowhere/out.y4m", "No such file"},
     {"h261 encode {odd.y4m} {out.h261}", 1, "odd.y4m", "not supported: H.261 holds"},

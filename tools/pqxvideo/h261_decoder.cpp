@@ -83,13 +83,7 @@ bool Decoder::find_start_code() {
 }
 
 bool Decoder::next() {
-  for (;;) {
-    if (!find_start_code()) return false;
-    if (bits_.peek(start_code_bits + 4) == start_code << 4) break;
-    tolerate("a group of blocks without a picture");
-    bits_.skip(start_code_bits);
-  }
-  if (!read_picture_header()) return false;
+  if (!find_start_code() || !read_picture_header()) return false;
   decode_groups();
   ++pictures_;
   return true;
@@ -106,14 +100,11 @@ int Decoder::frames_to_next() const {
 bool Decoder::read_picture_header() {
   bits_.skip(start_code_bits + 4);
   temporal_reference_ = int(bits_.read(5));
-  const uint32_t type = bits_.read(6);
-  const PictureFormat format{(type & 0b000100) != 0};
-  while (bits_.read(1)) {
-    bits_.skip(8);
-    if (bits_.at_end()) {
-      tolerate("it ends in a picture header");
-      return false;
-    }
+  const PictureFormat format{(bits_.read(6) & 0b000100) != 0};
+  while (bits_.read(1)) bits_.skip(8);
+  if (bits_.at_end()) {
+    tolerate("it ends in a picture header");
+    return false;
   }
   if (!started_) {
     format_ = format;
