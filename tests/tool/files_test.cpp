@@ -70,6 +70,11 @@ TEST(Files, PicturesSurviveWritingAndReading) {
         EXPECT_EQ(compare(image, read_picture(place / name)).largest_of_all(), 0) << name;
       }
   EXPECT_EQ(place.files(), (std::vector<std::string>{"a.png", "b.ppm", "c.PGM"})) << "something left behind";
+  // What only its owner may read stays so.
+  constexpr auto owner = std::filesystem::perms(0600);
+  std::filesystem::permissions(place / "a.png", owner);
+  write_picture(place / "a.png", make_picture(3, 3, 1));
+  EXPECT_EQ(std::filesystem::status(place / "a.png").permissions(), owner);
 }
 
 TEST(Files, PnmHeadersMayHoldCommentsAndSmallMaxima) {

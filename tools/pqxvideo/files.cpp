@@ -110,7 +110,7 @@ OutputFile::OutputFile(const std::string& path) : path_(path) {
     }
     const mode_t mask = ::umask(0);
     ::umask(mask);
-    ::fchmod(fd, 0666 & ~mask);
+    ::fchmod(fd, exists ? mode_t(status.permissions()) & 0777 : 0666 & ~mask);
     file_ = ::fdopen(fd, "wb");
   }
   std::setvbuf(file_, nullptr, _IOFBF, size_t{1} << 16);
