@@ -360,7 +360,7 @@ TEST(H261, ToolReportsErrorsInOneLineAndLeavesNothing) {
   write_bytes(place / "short.y4m", bytes);
   const std::string header = "YUV4MPEG2 W64 H48 F25:1 C444\n";
   write_bytes(place / "444.y4m", Bytes(header.begin(), header.end()));
-  const std::string headers_only = "YUV4MPEG2 W64 H48 F25:1\n";
+  const std::string headers_only = "YUV4MPEG2 W176 H144 F25:1\n";
   write_bytes(place / "empty.y4m", Bytes(headers_only.begin(), headers_only.end()));
   write_bytes(place / "picture.png", {0x89, 'P', 'N', 'G'});
   const FailingCommand cases[] = {
@@ -370,11 +370,13 @@ TEST(H261, ToolReportsErrorsInOneLineAndLeavesNothing) {
     {"h261 decode {good.h261} {nowhere/out.y4m}", 1, "nowhere/out.y4m", "No such file"},
     {"h261 encode {odd.y4m} {out.h261}", 1, "odd.y4m", "not supported: H.261 holds"},
     {"h261 encode {444.y4m} {out.h261}", 1, "444.y4m", "not supported: Y4M of kind 444"},
+    {"h261 encode {empty.y4m} {out.h261}", 1, "empty.y4m", "no picture in it"},
     {"h261 encode {good.h261} {out.h261}", 1, "good.h261", "not a Y4M file"},
     {"h261 encode {good.h261} {out.h261} --quant 32", 2, "", "--quant"},
     {"show {short.y4m} {out.png}", 1, "short.y4m", "truncated Y4M"},
     {"show {good.h261} {out.png} --frame 2", 1, "good.h261", "only 2 pictures"},
     {"show {good.h261} {out.png} --zoom 4", 2, "", "--zoom"},
+    {"psnr {empty.y4m} {empty.y4m}", 1, "empty.y4m", "no picture in them"},
     {"psnr {odd.y4m} {short.y4m}", 1, "short.y4m", "truncated Y4M"},
 #if HAS_PLAYER
     {"play {444.y4m}", 1, "444.y4m", "not supported: Y4M of kind 444"},

@@ -48,6 +48,7 @@ Difference compare(Y4mReader& a, Y4mReader& b) {
   for (YuvPicture x, y;;) {
     const bool more = a.next(x);
     if (more != b.next(y)) throw Failure("one clip is longer than the other");
+    if (!more && result.samples[0] == 0) throw Failure("no picture in them");
     if (!more) return result;
     for (size_t k = 0; k < 3; ++k) {
       const auto &p = x.planes[k].samples, &q = y.planes[k].samples;

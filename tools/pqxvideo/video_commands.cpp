@@ -71,6 +71,7 @@ void encode(const std::string& in, const std::string& out, const h261::EncoderOp
   YuvPicture picture;
   const auto next = [&] { return naming(in, [&] { return reader.next(picture); }); };
   bool more = next();
+  if (!more) throw Failure(in + ": no picture in it");
   naming(out, [&] {
     OutputFile file(out);
     for (; more; more = next()) {
