@@ -100,11 +100,6 @@ int main(int argc, char** argv) {
   EncoderOptions options;
   std::string sampling = "420", upsampling = "bl";
   bool time = false;
-  const CLI::Validator writable_kind(
-      [](const std::string& path) {
-        return is_writable_kind(path) ? "" : path + ": the name must end in .png, .ppm, .pgm or .pnm";
-      },
-      "{PNG,PNM}");
 
   CLI::App* const jpeg = app.add_subcommand("jpeg", "Encodes and decodes JPEG files.")->require_subcommand(1);
   CLI::App* const encoder = jpeg->add_subcommand("encode", "Encodes a picture as baseline JPEG.");
@@ -122,7 +117,9 @@ int main(int argc, char** argv) {
 
   CLI::App* const decoder = jpeg->add_subcommand("decode", "Decodes a baseline JPEG file.");
   decoder->add_option("IN", in, "JPEG file")->required();
-  decoder->add_option("OUT", out, "PNG or PNM file, by the ending of its name")->required()->check(writable_kind);
+  decoder->add_option("OUT", out, "PNG or PNM file, by the ending of its name")
+      ->required()
+      ->check(picture_to_write());
   const std::map<std::string, Upsampling> upsamplings{{"bl", Upsampling::bilinear}, {"nn", Upsampling::nearest}};
   decoder->add_option("--upsampling", upsampling, "Chroma bilinear (bl) or by nearest neighbour (nn)")
       ->check(CLI::IsMember(upsamplings))
@@ -136,7 +133,7 @@ int main(int argc, char** argv) {
 
   CLI::App* const sheet =
       app.add_subcommand("sheet", "Puts originals, decoded pictures and differences side by side.");
-  sheet->add_option("OUT", out, "PNG or PNM file, by the ending of its name")->required()->check(writable_kind);
+  sheet->add_option("OUT", out, "PNG or PNM file, by the ending of its name")->required()->check(picture_to_write());
   sheet->add_option("ORIGINAL", in, "PNG, PNM or JPEG file")->required();
   sheet->add_option("DECODED", decoded, "PNG, PNM or JPEG files of the same size")->required();
 

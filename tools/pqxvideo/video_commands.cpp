@@ -2,12 +2,14 @@
 
 #include <unistd.h>
 
+#include <algorithm>
 #include <chrono>
 #include <iomanip>
 #include <iostream>
 #include <memory>
 #include <utility>
 
+#include "clip.h"
 #include "files.h"
 #include "h261_decoder.h"
 #include "h261_encoder.h"
@@ -124,26 +126,24 @@ void make_pan(const std::string& in, const std::string& out, int width, int heig
   });
 }
 
-YuvPicture find_frame(std::span<const uint8_t> bytes, int number) {
-  YuvPicture picture;
-  if (is_y4m(bytes)) {
-    Y4mReader reader(bytes);
-    for (int k = 0; k <= number; ++k)
-      if (!reader.next(picture)) throw Failure("it has only " + std::to_string(k) + " pictures");
-    return picture;
-  }
-  h261::Decoder decoder(bytes);
-  for (int k = 0; k <= number; ++k)
-    if (!decoder.next()) throw Failure("it has only " + std::to_string(k) + " pictures");
-  return decoder.picture();
-}
-
 void show_frame(const std::string& in, const std::string& out, int number, int zoom) {
   const FileBytes bytes(in);
-  write_picture(out, naming(in, [&] { return show(find_frame(bytes, number), zoom); }));
+  write_picture(out, naming(in, [&] {
+                  const auto clip = open_clip(bytes, 2);
+                  while (clip->number() < number)
+                    if (!clip->next()) throw Failure("its last picture has number " + std::to_string(clip->number()));
+                  return show(clip->picture(), zoom);
+                }));
 }
 
 }  // namespace
+
+CLI::Validator picture_to_write() {
+  return {[](const std::string& path) {
+            return is_writable_kind(path) ? "" : path + ": the name must end in .png, .ppm, .pgm or .pnm";
+          },
+          "{PNG,PNM}"};
+}
 
 std::vector<Command> add_video_commands(CLI::App& app) {
   struct Arguments {
@@ -182,13 +182,7 @@ std::vector<Command> add_video_commands(CLI::App& app) {
 
   CLI::App* const shown = app.add_subcommand("show", "Writes a picture of a clip as it is displayed.");
   shown->add_option("IN", a->in, "Y4M file or H.261 stream")->required();
-  shown->add_option("OUT", a->out, "PNG or PNM file")
-      ->required()
-      ->check(CLI::Validator(
-          [](const std::string& path) {
-            return is_writable_kind(path) ? "" : path + ": the name must end in .png, .ppm, .pgm or .pnm";
-          },
-          "{PNG,PNM}"));
+  shown->add_option("OUT", a->out, "PNG or PNM file")->required()->check(picture_to_write());
   shown->add_option("--frame", a->frame, "Number of the picture, from 0")->check(CLI::NonNegativeNumber);
   shown->add_option("--zoom", a->zoom, "Times its size")->check(CLI::Range(1, 3))->capture_default_str();
 
