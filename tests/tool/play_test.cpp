@@ -144,6 +144,8 @@ TEST(Play, KeepsTheFrameRateOfTheClip) {
     EXPECT_FALSE(player.due());
     EXPECT_EQ(player.title().find("clip - picture 23, end, 0."), 0u) << player.title();
   }
+  const std::string open = "YUV4MPEG2 W2 H2 F0:0\nFRAME\nyyyyuv";
+  EXPECT_EQ(open_clip(Bytes(open.begin(), open.end()))->rate().denominator, 1001);
   // Whoever was held up does not race, and a second's figures are shown.
   const Bytes bytes = make_y4m();
   const auto clip = open_clip(bytes);

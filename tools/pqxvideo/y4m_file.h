@@ -22,6 +22,7 @@ class Y4mReader {
 
   int width() const { return width_; }
   int height() const { return height_; }
+  /// That of television if the file leaves it open, as 0:0.
   FrameRate rate() const { return rate_; }
 
   /// Whether there was another picture.
