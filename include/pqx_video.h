@@ -296,8 +296,8 @@ PQX_API pqx_Status pqx_Video_InterpXY_8U(const uint8_t* pSrc, uint8_t* pDst, int
 PQX_API pqx_Status pqx_Video_InterpAveX_8U(const uint8_t* pSrc, uint8_t* pSrcDst, int step, int width, int height);
 
 /**
- * Interpolates a block at a vertical half-sample position and averages it into a prediction d, rounding once: (2d
- * + a + c + 3) >> 2, with the sample c = pSrc[i + srcStep] below a.
+ * Interpolates a block at a vertical half-sample position and averages it into a prediction d, rounding once:
+ * (2d + a + c + 3) >> 2, with the sample c = pSrc[i + srcStep] below a.
  *
  * @param pSrc     reference block; one row below each row is read
  * @param pSrcDst  prediction d, in place; may equal pSrc
@@ -311,8 +311,8 @@ PQX_API pqx_Status pqx_Video_InterpAveY_8U(const uint8_t* pSrc, uint8_t* pSrcDst
                                            int height);
 
 /**
- * Interpolates a block at a diagonal half-sample position and averages it into a prediction d, rounding once: (4d
- * + a + b + c + e + 6) >> 3, with b to the right of a, c = pSrc[i + srcStep] below a, e to the right of c.
+ * Interpolates a block at a diagonal half-sample position and averages it into a prediction d, rounding once:
+ * (4d + a + b + c + e + 6) >> 3, with b to the right of a, c = pSrc[i + srcStep] below a, e to the right of c.
  *
  * @param pSrc     reference block; one column to the right and one row below are read
  * @param pSrcDst  prediction d, in place; may equal pSrc
@@ -417,10 +417,10 @@ PQX_API pqx_Status pqx_VideoInterpX_Y_XY_8U_comm(const uint8_t* pSrc, uint8_t* p
                                                  int step, int width, int height);
 
 /**
- * Overlapped motion compensation of an 8x8 luma block, as in H.263 Annex F: every sample is (H0 q0 + H1 q1 + H2 q2
- * + 4) >> 3 of the predictions by its own motion, by that of the block above (upper half) or below (lower half),
- * and by that of the block to the left (left half) or right (right half), with the weighting matrices of the
- * annex.
+ * Overlapped motion compensation of an 8x8 luma block, as in H.263 Annex F: every sample is
+ * (H0 q0 + H1 q1 + H2 q2 + 4) >> 3 of the predictions by its own motion, by that of the block above (upper half) or
+ * below (lower half), and by that of the block to the left (left half) or right (right half), with the weighting
+ * matrices of the annex.
  *
  * The reference is interpolated to twice the resolution in both directions. A prediction at grid position (x, y)
  * is made of the samples pRef[(y + 2r) * refStep + x + 2c] for r, c = 0..7; y * refStep is formed modulo 2^32.
@@ -617,8 +617,8 @@ PQX_API pqx_Status pqx_Video_DCT8x8Inv_IEEE_16S(const int16_t* pSrc, int16_t* pD
 PQX_API pqx_Status pqx_Video_DCT8x8Inv_1Q_Mismatch_16S(const int16_t* pSrc, int16_t* pDst);
 
 /**
- * Forward 2x2 transform: with the samples a, b / c, d it gives (a + b + c + d) >> 1, (a - b + c - d) >> 1, (a + b
- * - c - d) >> 1 and (a - b - c + d) >> 1.
+ * Forward 2x2 transform: with the samples a, b / c, d it gives (a + b + c + d) >> 1, (a - b + c - d) >> 1,
+ * (a + b - c - d) >> 1 and (a - b - c + d) >> 1.
  *
  * @param pSrc  4 samples, row-major
  * @param pDst  4 coefficients; may equal or overlap pSrc
