@@ -309,6 +309,9 @@ TEST(H261, ToolGoesFromPictureToStreamAndBack) {
     EXPECT_EQ(outcome.errors, "") << command;
   }
   EXPECT_GE(compare(read_y4m(place / "a.y4m"), read_y4m(place / "clip.y4m"), 4).psnr(), 36);
+  const Bytes clip = read_bytes(place / "a.y4m");
+  EXPECT_TRUE(run(place, PQXVIDEO " h261 decode {a.h261} /dev/stdout | cat").out ==
+              std::string(clip.begin(), clip.end()));
   const Image once = read_picture(place / "1.png");
   for (const int zoom : {2, 3}) {
     const Image enlarged = read_picture(place / (zoom == 2 ? "2.png" : "3.ppm"));

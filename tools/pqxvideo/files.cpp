@@ -89,6 +89,12 @@ FileBytes::FileBytes(const std::string& path) {
   }
 }
 
+bool is_standard_output(const std::string& path) {
+  struct stat named, standard;
+  return ::stat(path.c_str(), &named) == 0 && ::fstat(STDOUT_FILENO, &standard) == 0 &&
+         named.st_dev == standard.st_dev && named.st_ino == standard.st_ino;
+}
+
 OutputFile::OutputFile(const std::string& path) : path_(path) {
   std::error_code error;
   const auto status = std::filesystem::status(path, error);

@@ -23,6 +23,9 @@ class FileBytes {
   Memory bytes_;
 };
 
+/// Whether a path leads to where standard output goes.
+bool is_standard_output(const std::string& path);
+
 /// A file that appears under its name only when it is complete: it is written beside it and renamed by commit().
 /// Devices and pipes are written directly.
 class OutputFile {

@@ -47,8 +47,9 @@ class Progress {
   void clear() {
     if (std::exchange(drawn_, false)) std::cerr << "\r\033[K" << std::flush;
   }
-  void finish(size_t stream_bytes) {
+  void finish(size_t stream_bytes, const std::string& out) {
     clear();
+    if (is_standard_output(out)) return;  // which holds the clip
     const double seconds = std::chrono::duration<double>(busy_).count();
     std::cout << pictures_ << " pictures, " << stream_bytes << " bytes, " << std::fixed << std::setprecision(1)
               << pictures_ / std::max(seconds, 1e-9) << " pictures/s\n";
@@ -85,7 +86,7 @@ void encode(const std::string& in, const std::string& out, const h261::EncoderOp
     }
     file.commit();
   });
-  progress.finish(total);
+  progress.finish(total, out);
 }
 
 void decode(const std::string& in, const std::string& out, bool conceal) {
@@ -112,7 +113,7 @@ void decode(const std::string& in, const std::string& out, bool conceal) {
     }
     file.commit();
   });
-  progress.finish(std::span<const uint8_t>(bytes).size());
+  progress.finish(std::span<const uint8_t>(bytes).size(), out);
 }
 
 void make_pan(const std::string& in, const std::string& out, int width, int height, int frames) {
