@@ -67,6 +67,10 @@ int make_unfinished(std::string& name) {
 }  // namespace
 
 FileBytes::FileBytes(const std::string& path) {
+  naming(path, [&] { read(path); });
+}
+
+void FileBytes::read(const std::string& path) {
   const Descriptor file{::open(path.c_str(), O_RDONLY | O_CLOEXEC)};
   struct stat info;
   if (file.fd < 0 || ::fstat(file.fd, &info) != 0) fail("cannot read", errno);

@@ -19,6 +19,8 @@ class FileBytes {
   Memory release() && { return std::move(bytes_); }
 
  private:
+  void read(const std::string& path);
+
   size_t size_ = 0;
   Memory bytes_;
 };
