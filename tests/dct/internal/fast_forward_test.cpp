@@ -1,14 +1,10 @@
 /// How far the fast forward transform may stray from the typed one, proved and tried.
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <array>
 #include <cmath>
 #include <random>
-#include <vector>
 
 #include "close_to_half.h"
 #include "dct/forward_fast_8x8.h"
+#include "linear_form.h"
 #include "plain.h"
 
 namespace {
@@ -108,65 +104,23 @@ const Range ranges[] = {{0, 255, RoundPixels::safe_distance, RoundPixels::limit,
                            return forward_fast<RoundResiduals>([s] { return load_columns(s); });
                          }}};
 
-/// A value as a linear form of the samples and of every rounding error so far, all in exact arithmetic.
-class Form {
- public:
+/// A value made of the samples.
+struct Form : test::LinearForm<Form, 64> {
   static inline double low, high;            // samples
   static inline std::vector<double> errors;  // largest size of each
 
-  static Form sample(int index) {
-    Form form;
-    form.of_sample[size_t(index)] = 1;
-    return form;
-  }
   double largest() const {
     double up = 0, down = 0, error = 0;
-    for (double c : of_sample) (c > 0 ? up : down) += c * high, (c > 0 ? down : up) += c * low;
+    for (double c : of_term) (c > 0 ? up : down) += c * high, (c > 0 ? down : up) += c * low;
     for (size_t i = 0; i < of_error.size(); ++i) error += std::abs(of_error[i]) * errors[i];
     return std::max(up, -down) + error;
   }
-  /// Rounded to so many bits: a new error of half a unit in the last place of the largest value.
-  Form rounded(int bits) const {
-    Form form = *this;
-    form.of_error.resize(errors.size() + 1);
-    form.of_error.back() = 1;
-    errors.push_back(std::exp2(std::floor(std::log2(largest())) - bits));
-    return form;
-  }
-  friend Form operator*(Form a, double c) {
-    for (double& x : a.of_sample) x *= c;
-    for (double& x : a.of_error) x *= c;
-    return a;
-  }
-  friend Form operator+(Form a, const Form& b) {
-    a.of_error.resize(std::max(a.of_error.size(), b.of_error.size()));
-    for (size_t i = 0; i < b.of_error.size(); ++i) a.of_error[i] += b.of_error[i];
-    for (size_t i = 0; i < 64; ++i) a.of_sample[i] += b.of_sample[i];
-    return a;
-  }
-
- private:
-  std::array<double, 64> of_sample{};
-  std::vector<double> of_error;
+  /// A new error of half a unit in the last place of the largest value.
+  Form rounded(int bits) const { return with_error(std::exp2(std::floor(std::log2(largest())) - bits)); }
 };
-
-/// Forms whose operations round to a number of bits; 0: integers, which are exact.
 template <int bits>
-struct Rounded {
-  Form form;
-  Rounded() = default;
-  explicit Rounded(Form f) : form(std::move(f)) {}
-  explicit Rounded(const Rounded<0>& integer) requires(bits != 0) : form(integer.form) {
-    EXPECT_LT(form.largest(), 0x1p24);
-  }
-  static Rounded result(const Form& f) {
-    if constexpr (bits == 0) return Rounded(f);
-    return Rounded(f.rounded(bits));
-  }
-  friend Rounded operator+(const Rounded& a, const Rounded& b) { return result(a.form + b.form); }
-  friend Rounded operator-(const Rounded& a, const Rounded& b) { return result(a.form + b.form * -1); }
-  friend Rounded operator*(const Rounded& a, double c) { return result(a.form * c); }
-};
+using Rounded = test::Rounded<Form, bits>;
+
 Rounded<53> widened(const Rounded<24>& a) { return Rounded<53>(a.form); }
 Rounded<24> narrowed(const Rounded<53>& a) { return Rounded<24>::result(a.form); }
 
@@ -176,7 +130,7 @@ double bound(const Range& range) {
   Form::high = range.high;
   Form::errors.clear();
   Grid<Rounded<0>> x;
-  for (int i = 0; i < 64; ++i) x[size_t(i / 8)][size_t(i % 8)].form = Form::sample(i);
+  for (int i = 0; i < 64; ++i) x[size_t(i / 8)][size_t(i % 8)].form = Form::term(size_t(i));
   Grid<Rounded<24>> rows, exactly, quickly;
   typed(x, rows, exactly);
   fast(x, rows, quickly);

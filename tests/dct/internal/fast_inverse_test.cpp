@@ -1,14 +1,10 @@
 /// How far the fast inverse transform may stray from the typed one, proved and tried.
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <array>
 #include <cmath>
 #include <random>
-#include <vector>
 
 #include "close_to_half.h"
 #include "dct/inverse_fast_8x8.h"
+#include "linear_form.h"
 #include "plain.h"
 
 namespace {
@@ -20,16 +16,10 @@ constexpr size_t constant = 64;
 /// One number for each coefficient and one for the constant on the DC.
 using Terms = std::array<double, 65>;
 
-/// A value as a linear form of the terms and of every rounding error so far, all in exact arithmetic.
-class Form {
- public:
+/// A value made of the terms.
+struct Form : test::LinearForm<Form, 65> {
   static inline std::vector<Terms> errors;  // the largest size of each, as a sum over the terms' sizes
 
-  static Form term(size_t index, double factor) {
-    Form form;
-    form.of_term[index] = factor;
-    return form;
-  }
   Terms largest() const {
     Terms sum;
     for (size_t j = 0; j < sum.size(); ++j) sum[j] = std::abs(of_term[j]);
@@ -38,52 +28,24 @@ class Form {
         for (size_t j = 0; j < sum.size(); ++j) sum[j] += std::abs(of_error[i]) * errors[i][j];
     return sum;
   }
-  /// Rounded to so many bits: a new error of at most that part of the value.
+  /// A new error of at most that part of the value.
   Form rounded(int bits) const {
     Terms error = largest();
     for (double& x : error) x = std::ldexp(x, -bits);
-    Form form = *this;
-    form.of_error.resize(errors.size() + 1);
-    form.of_error.back() = 1;
-    errors.push_back(error);
-    return form;
-  }
-  friend Form operator*(Form a, double c) {
-    for (double& x : a.of_term) x *= c;
-    for (double& x : a.of_error) x *= c;
-    return a;
-  }
-  friend Form operator+(Form a, const Form& b) {
-    a.of_error.resize(std::max(a.of_error.size(), b.of_error.size()));
-    for (size_t i = 0; i < b.of_error.size(); ++i) a.of_error[i] += b.of_error[i];
-    for (size_t j = 0; j < a.of_term.size(); ++j) a.of_term[j] += b.of_term[j];
-    return a;
-  }
-
- private:
-  Terms of_term{};
-  std::vector<double> of_error;
-};
-
-/// Forms whose operations round to a number of bits.
-template <int bits>
-struct Rounded {
-  Form form;
-  friend Rounded operator+(const Rounded& a, const Rounded& b) { return {(a.form + b.form).rounded(bits)}; }
-  friend Rounded operator-(const Rounded& a, const Rounded& b) { return {(a.form + b.form * -1).rounded(bits)}; }
-  friend Rounded operator*(const Rounded& a, const pqx::dct::Factor& c) {
-    return {(a.form * (bits == 24 ? double(c.four_times[0]) : c.twice[0])).rounded(bits)};
+    return with_error(error);
   }
 };
-using Single = Rounded<24>;
-using Double = Rounded<53>;
+using Single = test::Rounded<Form, 24>;
+using Double = test::Rounded<Form, 53>;
 
 }  // namespace
 
-// The passes take numbers too.
+// The passes take numbers and forms, too.
 namespace pqx::dct {
 inline float operator*(float a, const Factor& c) { return a * c.four_times[0]; }
 inline double operator*(double a, const Factor& c) { return a * c.twice[0]; }
+inline Single operator*(const Single& a, const Factor& c) { return a * double(c.four_times[0]); }
+inline Double operator*(const Double& a, const Factor& c) { return a * c.twice[0]; }
 }  // namespace pqx::dct
 
 namespace {
@@ -111,7 +73,7 @@ std::array<T, 64> transform(const std::array<T, 64>& X) {
 template <class T>
 std::array<T, 64> terms(double dc_constant) {
   std::array<T, 64> X;
-  for (size_t i = 0; i < 64; ++i) X[i] = {Form::term(i, 1)};
+  for (size_t i = 0; i < 64; ++i) X[i] = T(Form::term(i));
   X[0].form = X[0].form + Form::term(constant, dc_constant);
   return X;
 }
