@@ -14,8 +14,6 @@ using namespace tool_test;
 
 namespace {
 
-Bytes text(const std::string& s) { return Bytes(s.begin(), s.end()); }
-
 std::vector<int> samples_of(const Image& image) {
   std::vector<int> samples;
   for (int y = 0; y < image.height(); ++y)
@@ -115,15 +113,10 @@ TEST(Tool, GoesFromPictureToJpegAndBack) {
   const Workplace place;
   write_picture(place / "in.png", make_picture(53, 38, 3, Content::smooth));
   write_picture(place / "grey.ppm", make_picture(53, 38, 1));
-  for (const char* const command :
-       {"jpeg encode {in.png} {a.jpg} --quality 90 --sampling 444", "jpeg decode {a.jpg} {a.ppm}",
-        "jpeg encode {in.png} {b.jpg} --optimize", "jpeg decode --upsampling nn {b.jpg} {b.png}",
-        "jpeg encode {grey.ppm} {c.jpg} --time", "jpeg decode {c.jpg} {c.ppm}", "psnr {in.png} {a.jpg}",
-        "sheet {sheet.png} {in.png} {a.ppm} {b.png}"}) {
-    const Outcome outcome = run(place, std::string(PQXVIDEO) + " " + command);
-    EXPECT_EQ(outcome.status, 0) << command << ": " << outcome.errors;
-    EXPECT_EQ(outcome.errors, "") << command;
-  }
+  expect_successes(place, {"jpeg encode {in.png} {a.jpg} --quality 90 --sampling 444", "jpeg decode {a.jpg} {a.ppm}",
+                           "jpeg encode {in.png} {b.jpg} --optimize", "jpeg decode --upsampling nn {b.jpg} {b.png}",
+                           "jpeg encode {grey.ppm} {c.jpg} --time", "jpeg decode {c.jpg} {c.ppm}",
+                           "psnr {in.png} {a.jpg}", "sheet {sheet.png} {in.png} {a.ppm} {b.png}"});
   const Image in = read_picture(place / "in.png");
   EXPECT_GT(compare(in, read_picture(place / "a.ppm")).psnr(), 35);
   EXPECT_GT(compare(in, read_picture(place / "b.png")).psnr(), 32);
@@ -192,7 +185,6 @@ TEST(Tool, ReportsErrorsInOneLineAndLeavesNothing) {
       {"jpeg decode {missing.jpg} {out.png}", 1, "missing.jpg", "No such file"},
       {"jpeg decode {in.jpg} {nowhere/out.png}", 1, "nowhere/out.png", "No such file"},
       {"jpeg encode {in.png} {}", 1, "", "directory"},
-      {"jpeg encode {in.png} /dev/full", 1, "/dev/full", "No space"},
       {"jpeg encode {huge.ppm} {out.jpg}", 1, "huge.ppm", "too large: 20000 x 20000"},
       {"jpeg encode {wide.ppm} {out.jpg}", 1, "out.jpg", "too large for JPEG"},
       {"jpeg encode {short.ppm} {out.jpg}", 1, "short.ppm", "truncated"},
@@ -214,13 +206,6 @@ TEST(Tool, ReportsErrorsInOneLineAndLeavesNothing) {
   };
   expect_failures(place, cases);
 
-  // A file that cannot be completed.
-  const std::vector<std::string> before = place.files();
-  const Outcome cut =
-      run(place, std::string("trap '' XFSZ; ulimit -f 1; ") + PQXVIDEO + " sheet {out.ppm} {in.png} {in.png}");
-  EXPECT_EQ(cut.status, 1);
-  EXPECT_NE(cut.errors.find("out.ppm: cannot write: File too large"), std::string::npos) << cut.errors;
-  EXPECT_EQ(place.files(), before);
   // What stood under the name before stays.
   run(place, std::string(PQXVIDEO) + " jpeg decode {half.jpg} {other.ppm}");
   EXPECT_EQ(compare(read_picture(place / "other.ppm"), make_picture(41, 30, 3)).largest_of_all(), 0);

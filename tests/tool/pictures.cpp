@@ -12,6 +12,7 @@
 #include <stdexcept>
 
 #include "files.h"
+#include "pan.h"
 #include "picture_file.h"
 
 namespace tool_test {
@@ -31,6 +32,35 @@ Image make_picture(int width, int height, int channels, Content content) {
       }
   return image;
 }
+
+Pictures make_pan(bool cif, int frames) {
+  const pqxvideo::Pan pan(make_picture(500, 400, 3, Content::edges), cif ? 352 : 176, cif ? 288 : 144);
+  Pictures clip;
+  for (int k = 0; k < frames; ++k) clip.push_back(pan.frame(k));
+  return clip;
+}
+
+Bytes encode(const Pictures& clip, const pqxvideo::h261::EncoderOptions& options, Pictures* reconstruction) {
+  pqxvideo::h261::Encoder encoder(clip[0].width(), clip[0].height(), options);
+  Bytes stream;
+  for (const pqxvideo::YuvPicture& picture : clip) {
+    const Bytes coded = encoder.encode(picture);
+    stream.insert(stream.end(), coded.begin(), coded.end());
+    if (reconstruction) reconstruction->push_back(encoder.reconstruction());
+  }
+  return stream;
+}
+
+Bytes y4m_of(const Pictures& clip, pqxvideo::FrameRate rate) {
+  const Workplace place;
+  pqxvideo::OutputFile file(place / "clip.y4m");
+  pqxvideo::Y4mWriter writer(file, clip[0].width(), clip[0].height(), rate);
+  for (const pqxvideo::YuvPicture& picture : clip) writer.write(picture);
+  file.commit();
+  return read_bytes(place / "clip.y4m");
+}
+
+Bytes text(const std::string& s) { return Bytes(s.begin(), s.end()); }
 
 Workplace::Workplace() {
   std::string name = (std::filesystem::temp_directory_path() / "pqxvideo-test-XXXXXX").string();
@@ -72,6 +102,14 @@ Outcome run(const Workplace& place, std::string command) {
     return std::string(bytes.begin(), bytes.end());
   };
   return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, text("out"), text("errors")};
+}
+
+void expect_successes(const Workplace& place, std::initializer_list<const char*> commands) {
+  for (const char* const command : commands) {
+    const Outcome outcome = run(place, std::string(PQXVIDEO) + " " + command);
+    EXPECT_EQ(outcome.status, 0) << command << ": " << outcome.errors;
+    EXPECT_EQ(outcome.errors, "") << command;
+  }
 }
 
 void expect_failures(const Workplace& place, std::span<const FailingCommand> commands) {

@@ -7,7 +7,9 @@
 #include <string>
 #include <vector>
 
+#include "h261_encoder.h"
 #include "image.h"
+#include "y4m_file.h"
 
 namespace tool_test {
 
@@ -17,6 +19,15 @@ enum class Content { smooth, edges, noise };
 
 /// A picture that is the same for the same arguments.
 pqxvideo::Image make_picture(int width, int height, int channels, Content content = Content::edges);
+
+using Pictures = std::vector<pqxvideo::YuvPicture>;
+
+/// Pictures that a window moving over a larger one shows.
+Pictures make_pan(bool cif, int frames);
+
+Bytes encode(const Pictures& clip, const pqxvideo::h261::EncoderOptions& options, Pictures* reconstruction = nullptr);
+Bytes y4m_of(const Pictures& clip, pqxvideo::FrameRate rate = {});
+Bytes text(const std::string& s);
 
 /// A directory of its own for each object, removed with it.
 class Workplace {
@@ -45,6 +56,9 @@ struct Outcome {
 
 /// Runs a shell command; "{name}" in it stands for that file of the workplace.
 Outcome run(const Workplace& place, std::string command);
+
+/// Expects that the tool does all of this and complains of nothing.
+void expect_successes(const Workplace& place, std::initializer_list<const char*> commands);
 
 /// A command that must fail, with the file and the reason that its one line of error names.
 struct FailingCommand {

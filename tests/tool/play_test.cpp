@@ -46,18 +46,12 @@ Bytes make_stream() {
 
 /// Of odd width and height.
 Bytes make_y4m() {
-  const Workplace place;
-  OutputFile file(place / "clip.y4m");
-  Y4mWriter writer(file, 33, 19, {50, 1});
-  for (int k = 0; k < frames; ++k) {
-    YuvPicture picture(33, 19);
-    std::mt19937 random{unsigned(k)};
+  Pictures clip(frames, YuvPicture(33, 19));
+  std::mt19937 random;
+  for (YuvPicture& picture : clip)
     for (YuvPicture::Component& plane : picture.planes)
       for (uint8_t& sample : plane.samples) sample = uint8_t(random());
-    writer.write(picture);
-  }
-  file.commit();
-  return read_bytes(place / "clip.y4m");
+  return y4m_of(clip, {50, 1});
 }
 
 bool equal(const YuvPicture& a, const YuvPicture& b) {
@@ -144,8 +138,7 @@ TEST(Play, KeepsTheFrameRateOfTheClip) {
     EXPECT_FALSE(player.due());
     EXPECT_EQ(player.title().find("clip - picture 23, end, 0."), 0u) << player.title();
   }
-  const std::string open = "YUV4MPEG2 W2 H2 F0:0\nFRAME\nyyyyuv";
-  EXPECT_EQ(open_clip(Bytes(open.begin(), open.end()))->rate().denominator, 1001);
+  EXPECT_EQ(open_clip(text("YUV4MPEG2 W2 H2 F0:0\nFRAME\nyyyyuv"))->rate().denominator, 1001);
   // Whoever was held up does not race, and a second's figures are shown.
   const Bytes bytes = make_y4m();
   const auto clip = open_clip(bytes);

@@ -18,18 +18,14 @@ namespace {
 
 /// A stream of which only a part changes from picture to picture.
 Bytes make_stream(int frames) {
-  h261::Encoder encoder(176, 144, {});
-  Bytes stream;
+  Pictures clip(size_t(frames), YuvPicture(176, 144));
   for (int k = 0; k < frames; ++k) {
-    YuvPicture picture(176, 144);
-    for (size_t p = 0; p < 3; ++p)
-      for (size_t i = 0; i < picture.planes[p].samples.size(); ++i)
-        picture.planes[p].samples[i] = uint8_t(40 + i % 150);
-    for (int y = 20; y < 60; ++y) std::fill_n(picture.planes[0].at(10 + 9 * k, y), 12, uint8_t(20 * k));
-    const Bytes coded = encoder.encode(picture);
-    stream.insert(stream.end(), coded.begin(), coded.end());
+    auto& planes = clip[size_t(k)].planes;
+    for (YuvPicture::Component& plane : planes)
+      for (size_t i = 0; i < plane.samples.size(); ++i) plane.samples[i] = uint8_t(40 + i % 150);
+    for (int y = 20; y < 60; ++y) std::fill_n(planes[0].at(10 + 9 * k, y), 12, uint8_t(20 * k));
   }
-  return stream;
+  return encode(clip, {});
 }
 
 }  // namespace
