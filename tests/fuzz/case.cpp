@@ -89,11 +89,17 @@ Case::Case(std::span<const uint8_t> bytes) {
   for (size_t k = 0; k < count; ++k)
     if (const Argument& a = operation.arguments[k]; !a.is_pointer && !a.row_bytes)
       ints_[k] = take_size(numbers, a.values);
+  const bool equal_steps = numbers.take(1) % 4 == 0;
+  const uint32_t shared = numbers.take(2);
+  int64_t widest = 0;
+  for (const Argument& a : operation.arguments)
+    if (equal_steps && a.row_bytes) widest = std::max(widest, a.row_bytes(ints_));
   for (size_t k = 0; k < count; ++k)
     if (const Argument& a = operation.arguments[k]; a.row_bytes) {
-      const auto row = int(std::max<int64_t>(a.row_bytes(ints_), 0));
-      const int padding = int(numbers.take(1) % 70), step = row + padding;
-      ints_[k] = numbers.take(1) % 2 ? -step : step;
+      const auto row = int(std::max<int64_t>({a.row_bytes(ints_), widest, 0}));
+      const uint32_t choice = equal_steps ? shared : numbers.take(2);
+      const int step = row + int(choice / 2 % 70);
+      ints_[k] = choice % 2 ? -step : step;
     }
 
   const Overlap* overlap = nullptr;
@@ -213,11 +219,7 @@ void Case::expect(const Arguments& found, int64_t result, const Arguments& expec
 }
 
 void Case::fail(const char* what, ...) const {
-  const Operation& operation = all_operations()[number_];
-  std::fprintf(stderr, "%s(", operation.name.c_str());
-  for (size_t k = 0; k < ints_.size(); ++k)
-    std::fprintf(stderr, operation.arguments[k].is_pointer ? "%s*" : "%s%d", k ? ", " : "", ints_[k]);
-  std::fprintf(stderr, "): ");
+  std::fprintf(stderr, "%s: ", call(all_operations()[number_], ints_).c_str());
   va_list values;
   va_start(values, what);
   std::vfprintf(stderr, what, values);

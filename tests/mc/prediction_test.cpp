@@ -60,29 +60,6 @@ std::vector<Argument> two_steps(int more) {
           size(widths),
           size(heights)};
 }
-// (pSrc, pDst, step, width, height) for operations that are given the step twice.
-std::vector<Argument> step_twice(int more) {
-  const Count columns = multiple_of(4, 3), wide = with(columns, more), high = rows(4, columns);
-  return {plane_and_below(2, 2, wide, high), plane(2, columns, high), step(wide), size(widths), size(heights)};
-}
-
-template <auto f>
-pqx_Status given_the_step_twice(const uint8_t* src, uint8_t* dst, int step, int width, int height) {
-  return f(src, dst, step, step, width, height);
-}
-template <auto f>
-pqx_Status given_the_step_twice(const uint8_t* src, int step, int16_t* dst, int width, int height) {
-  return f(src, step, step, dst, width, height);
-}
-using To8 = pqx_Status(const uint8_t*, uint8_t*, int, int, int);
-using To16 = pqx_Status(const uint8_t*, int, int16_t*, int, int);
-
-#define STEP_TWICE(TO, NAME, ...)                                                          \
-  {                                                                                        \
-#NAME " with one step", test::erase < >((TO*)given_the_step_twice <pqx_Video_##NAME>), \
-        test::erase < >((TO*)given_the_step_twice <plain::NAME>), __VA_ARGS__              \
-  }
-
 TEST_OPERATIONS(Prediction, CopiesAndInterpolatesInTheRangeOfItsSamples) {
   test::check({
       OPERATION(CopyRef_8U, one_step(eight_or_sixteen(3), 0)),
@@ -93,10 +70,6 @@ TEST_OPERATIONS(Prediction, CopiesAndInterpolatesInTheRangeOfItsSamples) {
       OPERATION(InterpAveY_8U, two_steps(0), {{1, 0, distances}}),
       OPERATION(InterpXY_8U, two_steps(1), {{1, 0, distances}}),
       OPERATION(InterpAveXY_8U, two_steps(1), {{1, 0, distances}}),
-      STEP_TWICE(To8, InterpY_8U, step_twice(0), {{1, 0, distances}}),
-      STEP_TWICE(To8, InterpAveY_8U, step_twice(0), {{1, 0, distances}}),
-      STEP_TWICE(To8, InterpXY_8U, step_twice(1), {{1, 0, distances}}),
-      STEP_TWICE(To8, InterpAveXY_8U, step_twice(1), {{1, 0, distances}}),
   });
 }
 
@@ -105,11 +78,6 @@ TEST_OPERATIONS(Prediction, WidensToPackedBlocks) {
     return buffer<int16_t>(area(eight_or_sixteen(width), rows(height, eight_or_sixteen(width))));
   };
   const Count columns = eight_or_sixteen(3), high = rows(4, columns);
-  const auto one_step = [&](int below, int more) -> std::vector<Argument> {
-    const Argument src =
-        below ? plane_and_below(1, 1, with(columns, more), high) : plane(1, with(columns, more), high);
-    return {src, step(with(columns, more)), packed(3, 4), size(widths), size(heights)};
-  };
   const Count wide = eight_or_sixteen(4);
   const auto two_steps = [&](int more) -> std::vector<Argument> {
     return {plane_and_below(2, 1, with(wide, more), rows(5, wide)),
@@ -130,11 +98,11 @@ TEST_OPERATIONS(Prediction, WidensToPackedBlocks) {
   test::check({
       OPERATION(CopyRef_8U_16S, {even_columns, step(multiple_of(2, 3)), pairs, size(widths), size(heights)},
                 {{2, 0, distances}}),
-      OPERATION(InterpX_8U_16S, one_step(0, 1), {{2, 0, distances}}),
+      OPERATION(InterpX_8U_16S,
+                {plane(1, with(columns, 1), high), step(with(columns, 1)), packed(3, 4), size(widths), size(heights)},
+                {{2, 0, distances}}),
       OPERATION(InterpY_8U_16S, two_steps(0), {{3, 0, distances}}),
       OPERATION(InterpXY_8U_16S, two_steps(1), {{3, 0, distances}}),
-      STEP_TWICE(To16, InterpY_8U_16S, one_step(1, 0), {{2, 0, distances}}),
-      STEP_TWICE(To16, InterpXY_8U_16S, one_step(1, 1), {{2, 0, distances}}),
   });
 }
 
@@ -159,18 +127,6 @@ TEST_OPERATIONS(Prediction, InterpolatesThreePlanesWithinTheBlock) {
        test::erase(plain::InterpX_Y_XY_8U_comm),
        {c, c, c, c, width_at(5), size(widths), size(heights)}},
   });
-}
-
-// Every sum of four samples that can round in its own way.
-TEST(Prediction, RoundsMeansOfSquaresOnce) {
-  uint8_t src[2][17] = {}, dst[2][16];
-  for (int bits = 0; bits < 4096; ++bits) {
-    for (int i = 0; i < 17; ++i)
-      src[0][i] = uint8_t(bits >> (i % 2 * 3) & 7), src[1][i] = uint8_t(bits >> (6 + i % 2 * 3) & 7);
-    pqx_Video_InterpXY_8U(src[0], dst[0], 17, 16, 16, 1);
-    plain::InterpXY_8U(src[0], dst[1], 17, 16, 16, 1);
-    ASSERT_TRUE(std::equal(dst[0], dst[0] + 16, dst[1])) << bits;
-  }
 }
 
 }  // namespace

@@ -60,46 +60,22 @@ class Expression {
     return condition ? yes : no;
   }
   int64_t binary(size_t level) {
-    static const std::vector<std::vector<std::string>> levels = {{"||"}, {"&&"},     {"=="},         {"<", ">"},
-                                                                 {"&"},  {"+", "-"}, {"*", "/", "%"}};
+    using Sign = std::pair<const char*, std::function<int64_t(int64_t, int64_t)>>;
+    static const std::vector<std::vector<Sign>> levels = {
+        {{"||", std::logical_or<>()}},
+        {{"&&", std::logical_and<>()}},
+        {{"==", std::equal_to<>()}},
+        {{"<", std::less<>()}, {">", std::greater<>()}},
+        {{"&", std::bit_and<>()}},
+        {{"+", std::plus<>()}, {"-", std::minus<>()}},
+        {{"*", std::multiplies<>()}, {"/", std::divides<>()}, {"%", std::modulus<>()}}};
     if (level == levels.size()) return primary();
     int64_t left = binary(level + 1);
     for (;;) {
       const auto sign =
-          std::find_if(levels[level].begin(), levels[level].end(), [&](const auto& s) { return take(s); });
+          std::find_if(levels[level].begin(), levels[level].end(), [&](const Sign& s) { return take(s.first); });
       if (sign == levels[level].end()) return left;
-      const int64_t right = binary(level + 1);
-      switch ((*sign)[0]) {
-        case '|':
-          left = left || right;
-          break;
-        case '&':
-          left = sign->size() == 2 ? left && right : left & right;
-          break;
-        case '=':
-          left = left == right;
-          break;
-        case '<':
-          left = left < right;
-          break;
-        case '>':
-          left = left > right;
-          break;
-        case '+':
-          left += right;
-          break;
-        case '-':
-          left -= right;
-          break;
-        case '*':
-          left *= right;
-          break;
-        case '/':
-          left /= right;
-          break;
-        default:
-          left %= right;
-      }
+      left = sign->second(left, binary(level + 1));
     }
   }
   int64_t primary() {
@@ -271,10 +247,7 @@ void compare_with_manual(const Operation& operation, Ints ints) {
     if (same) continue;
     const std::string function = function_of(operation);
     const std::vector<Parameter>& parameters = declared_functions().at(function);
-    std::ostringstream call;
-    for (size_t i = 0; i < ints.size(); ++i)
-      if (!operation.arguments[i].is_pointer) call << parameters[i].name << " " << ints[i] << ", ";
-    ADD_FAILURE() << function << ", " << call.str() << parameters[k].name << ": the manual has "
+    ADD_FAILURE() << call(operation, ints) << ", " << parameters[k].name << ": the manual has "
                   << Footprint::of(function)->arguments.at(parameters[k].name).formula
                   << ", which is not what is touched";
     return;

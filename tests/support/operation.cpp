@@ -7,7 +7,6 @@
 #include <climits>
 #include <cstdlib>
 #include <fstream>
-#include <sstream>
 
 #include "footprint.h"
 #include "pqx_video.h"
@@ -100,8 +99,10 @@ class Checker {
   explicit Checker(const Operation& operation) : op_(operation), arenas_(operation.arguments.size()) {}
 
   void run() {
-    for (const Argument& a : op_.arguments)
+    for (const Argument& a : op_.arguments) {
       if (is_size(a)) combinations_ *= a.values.size();
+      if (a.row_bytes) ++step_arguments_;
+    }
     std::vector<int> ints(op_.arguments.size(), 0);
     sizes(0, ints);
     if (digest_file) std::ofstream(digest_file, std::ios::app) << op_.name << " " << digest_ << "\n";
@@ -129,11 +130,16 @@ class Checker {
 
   void placements(std::vector<int>& ints) {
     for (int turn : {0, 1, 2}) {
-      steps(ints, turn);
+      steps(ints, turn, false);
       compare_with_manual(op_, ints);
     }
+    placements(ints, false);
+    if (step_arguments_ > 1) placements(ints, true);
+  }
+
+  void placements(std::vector<int>& ints, bool equal_steps) {
     for (int placement = ends_at_guard; placement < 16; ++placement) {
-      steps(ints, placement);
+      steps(ints, placement, equal_steps);
       for (Data data : {Data::random, Data::extreme, Data::small, Data::flat}) {
         if (placement >= misaligned && placement % 4 != int(data)) continue;  // one kind of data is enough there
         one_case(ints, placement, data, nullptr, 0);
@@ -141,7 +147,7 @@ class Checker {
     }
     for (const Overlap& overlap : op_.overlaps)
       for (int distance : overlap.distances) {
-        steps(ints, distance);
+        steps(ints, distance, equal_steps);
         one_case(ints, distance & 15, Data::random, &overlap, distance);
       }
   }
@@ -193,13 +199,17 @@ class Checker {
     });
   }
 
-  // Tight and padded rows, odd distances, upward and downward, in turn.
-  void steps(std::vector<int>& ints, int turn) {
+  // Tight and padded rows, odd distances, upward and downward, in turn; or one of them for all.
+  void steps(std::vector<int>& ints, int turn, bool equal) {
+    int64_t widest = 0;
+    for (const Argument& a : op_.arguments)
+      if (equal && a.row_bytes) widest = std::max(widest, a.row_bytes(ints));
     for (size_t k = 0; k < ints.size(); ++k)
       if (op_.arguments[k].row_bytes) {
-        const auto row = int(std::max<int64_t>(op_.arguments[k].row_bytes(ints), 0));
-        const int distance = row + std::vector<int>{0, 1, 16, 5, 27}[size_t(turn + int(k) + 2) % 5];
-        ints[k] = (turn + int(k)) % 3 == 0 ? -distance : distance;
+        const int from = turn + (equal ? 0 : int(k));
+        const auto row = int(std::max(op_.arguments[k].row_bytes(ints), widest));
+        const int distance = row + std::vector<int>{0, 1, 16, 5, 27}[size_t(from + 2) % 5];
+        ints[k] = from % 3 == 0 ? -distance : distance;
       }
   }
 
@@ -324,22 +334,26 @@ class Checker {
   }
 
   std::string describe(Ints ints, int placement, int distance) const {
-    std::ostringstream text;
-    text << op_.name << "(";
-    for (size_t k = 0; k < ints.size(); ++k)
-      text << (k ? ", " : "") << (op_.arguments[k].is_pointer ? "*" : std::to_string(ints[k]));
-    text << "), placement " << placement << ", overlap distance " << distance;
-    return text.str();
+    return call(op_, ints) + ", placement " + std::to_string(placement) + ", overlap distance " +
+           std::to_string(distance);
   }
 
   const Operation& op_;
   std::vector<Arena> arenas_;
   Random random_{12345};
   std::vector<std::vector<Footprint::Rows>> by_manual_;  // instead of the operation's own spans
+  int step_arguments_ = 0;
   uint64_t combinations_ = 1, combination_ = 0, digest_ = 0xcbf29ce484222325;
 };
 
 }  // namespace
+
+std::string call(const Operation& operation, Ints ints) {
+  std::string text = operation.name;
+  for (size_t k = 0; k < ints.size(); ++k)
+    text += (k ? ", " : "(") + (operation.arguments[k].is_pointer ? "*" : std::to_string(ints[k]));
+  return text + ")";
+}
 
 void check(const Operation& operation) {
   if (collected)

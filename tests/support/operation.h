@@ -59,6 +59,9 @@ struct Operation {
   std::vector<Overlap> overlaps = {};
 };
 
+/// How its call with these sizes looks.
+std::string call(const Operation& operation, Ints ints);
+
 /// Fails the running test with the operation's arguments and the first wrong byte.
 void check(const Operation& operation);
 void check(const std::vector<Operation>& family);
