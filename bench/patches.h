@@ -20,13 +20,19 @@ using PatchWork = std::function<Work(int size)>;
 
 const std::vector<Patch>& patches(int size);
 
+/// As callers do, it keeps in registers what is the same for all patches.
+template <class Call>
+void for_each(const std::vector<Patch>& all, Call call) {
+  const int step = all[0].step, size = all[0].size;
+  for (Patch p : all) {
+    p.step = step, p.size = size;
+    call(p);
+  }
+}
+
 template <class Call>
 PatchWork on_patches(Call call) {
-  return [=](int size) {
-    return repeated([call, &all = patches(size)] {
-      for (const Patch& p : all) call(p);
-    });
-  };
+  return [=](int size) { return repeated([call, &all = patches(size)] { for_each(all, call); }); };
 }
 
 struct PatchPeer {

@@ -19,7 +19,7 @@ namespace {
 bench::PatchPeer kernels(FfmpegPredict* of_16, FfmpegPredict* of_8) {
   return {"FFmpeg", "", [=](int size) {
             return bench::repeated([predict = size == 16 ? of_16 : of_8, &all = bench::patches(size)] {
-              for (const bench::Patch& p : all) predict(p.out, p.a, p.step, p.size);
+              for_each(all, [predict](const bench::Patch& p) { predict(p.out, p.a, p.step, p.size); });
               _mm_empty();
             });
           }};

@@ -97,6 +97,13 @@ template <class Row, class Next>
   }
 }
 
+/// Eight rows, without a loop.
+template <class Row, class Next>
+[[gnu::always_inline]] inline void in_fours(std::integral_constant<int, 8>, Row row, Next) {
+#pragma GCC unroll 8
+  for (int k = 0; k < 8; ++k) row(k);
+}
+
 inline uint8_t mean_up(uint8_t a, uint8_t b) { return uint8_t((a + b + 1) >> 1); }
 using pqx::mean_up;
 

@@ -3,11 +3,11 @@
 
 pqx_Status pqx_Video_CopyRefAve_8U(const uint8_t* pSrc, uint8_t* pSrcDst, int step, int width, int height) {
   using namespace pqx::mc;
-  const int columns = width & ~7;
-  if (comes_in_fours(height)) {
-    if (columns == 16) return predict<16, Whole, Average>(pSrc, 0, step, pSrcDst, step, height);
-    if (columns == 8) return predict<8, Whole, Average>(pSrc, 0, step, pSrcDst, step, height);
+  if (width == height) {
+    if (width == 16 && Average::suits(pSrcDst, step)) [[likely]]
+      return predict<16, Whole, Average::Squares>(pSrc, 0, step, pSrcDst, step, 16);
+    if (width == 8) return predict<8, Whole, Average>(pSrc, 0, step, pSrcDst, step, eight);
   }
-  return copy_any<Average>(pSrc, step, pSrcDst, columns, height);
+  return copy_any<Average>(pSrc, pSrcDst, step, width & ~7, height);
 }
 PQX_SECOND_NAME(pqx_Video_CopyRefAve_8U);

@@ -3,7 +3,6 @@
 
 pqx_Status pqx_Video_InterpAveXY_8U(const uint8_t* pSrc, uint8_t* pSrcDst, int srcStep, int step, int width,
                                     int height) {
-  return pqx::mc::interpolate_down<pqx::mc::Square, pqx::mc::Average>(pSrc, srcStep, step, pSrcDst, width & ~3,
-                                                                      height);
+  return pqx::mc::interpolate_down<pqx::mc::Square, pqx::mc::Average>(pSrc, pSrcDst, srcStep, step, width, height);
 }
 PQX_SECOND_NAME(pqx_Video_InterpAveXY_8U);

@@ -2,6 +2,6 @@
 #include "mc/prediction.h"
 
 pqx_Status pqx_Video_InterpAveX_8U(const uint8_t* pSrc, uint8_t* pSrcDst, int step, int width, int height) {
-  return pqx::mc::interpolate_across<pqx::mc::Average>(pSrc, step, pSrcDst, width & ~3, height);
+  return pqx::mc::interpolate_across<pqx::mc::Average>(pSrc, pSrcDst, step, width, height);
 }
 PQX_SECOND_NAME(pqx_Video_InterpAveX_8U);

@@ -50,6 +50,9 @@ struct Square {
 };
 
 struct Put {
+  using Squares = Put;
+  static bool suits(const uint8_t*, int64_t) { return true; }
+
   template <int n, class T>
   static void piece(T* dst, u8x16 samples) {
     store_piece<n>(dst, samples);
@@ -62,6 +65,18 @@ struct Put {
 /// one rounding gives: ((a + b + 1) / 2 + d + 1) / 2 = (a + b + 2d + 3) / 4, all rounded down, and likewise for
 /// squares.
 struct Average {
+  /// Into whole registers' places, which need no loads of their own.
+  struct Squares {
+    template <int n>
+    static void piece(uint8_t* dst, u8x16 samples) {
+      if constexpr (n == 16)
+        *reinterpret_cast<__m128i*>(dst) = _mm_avg_epu8(samples.v, *reinterpret_cast<const __m128i*>(dst));
+      else
+        Average::piece<n>(dst, samples);
+    }
+  };
+  static bool suits(const uint8_t* dst, int64_t step) { return (uintptr_t(dst) | uintptr_t(step)) % 16 == 0; }
+
   template <int n>
   static void piece(uint8_t* dst, u8x16 samples) {
     store_piece<n>(dst, mean_up(samples, load_piece<n>(dst)));
@@ -75,9 +90,9 @@ template <int n, class From, class To, class T>
 }
 
 /// n columns of rows that come in fours; `below` is the distance from a sample to the one below it.
-template <int n, class From, class To, class T>
+template <int n, class From, class To, class T, class Rows>
 [[gnu::always_inline]] inline pqx_Status predict(const uint8_t* src, int64_t below, int64_t step, T* dst,
-                                                 int64_t dst_step, int rows) {
+                                                 int64_t dst_step, Rows rows) {
   in_fours(
       rows, [&](int k) { predict_piece<n, From, To>(src + k * step, below, dst + k * dst_step); },
       [&] { src += 4 * step, dst += 4 * dst_step; });
@@ -85,9 +100,9 @@ template <int n, class From, class To, class T>
 }
 
 /// The same where the row below is the next row: each is loaded once for both of its uses. There are at least four.
-template <int n, class From, class To, class T>
+template <int n, class From, class To, class T, class Rows>
 [[gnu::always_inline]] inline pqx_Status predict_in_turn(const uint8_t* src, int64_t step, T* dst, int64_t dst_step,
-                                                         int rows) {
+                                                         Rows rows) {
   auto upper = From::template row<n>(src);
   src += step;
   in_fours(
@@ -131,46 +146,56 @@ pqx_Status predict_in_order(const uint8_t* src, int64_t below, int64_t step, T* 
 
 /// Copies, without regard to overlap.
 template <class To>
-[[gnu::noinline]] pqx_Status copy_any(const uint8_t* src, int64_t step, uint8_t* dst, int columns, int rows) {
+[[gnu::noinline]] pqx_Status copy_any(const uint8_t* src, uint8_t* dst, int step, int columns, int rows) {
   return predict_any<Whole, To>(src, 0, step, dst, step, columns, rows);
 }
 
+/// A row is read by registers, which must not reach samples that those before them in the row are to change.
+inline bool behind_by_a_register(int64_t distance) { return uint64_t(distance - 1) < 16; }
+
 /// Interpolates a block of any multiple of four columns into a picture of the same row pitch.
 template <class From, class To>
-[[gnu::noinline]] pqx_Status interpolate_any(const uint8_t* src, int64_t below, int64_t step, uint8_t* dst,
-                                             int columns, int rows) {
-  // A row is read by registers, which must not reach samples that those before them in the row are to change.
-  const auto behind_by_a_register = [](int64_t distance) { return uint64_t(distance - 1) < 16; };
+[[gnu::noinline]] pqx_Status interpolate_any(const uint8_t* src, uint8_t* dst, int below, int step, int width,
+                                             int rows) {
   const auto ahead = intptr_t(dst) - intptr_t(src);
+  const int columns = width & ~3;
   if (behind_by_a_register(ahead) || behind_by_a_register(ahead - below))
     return predict_in_order<From, To>(src, below, step, dst, step, columns, rows);
   return predict_any<From, To>(src, below, step, dst, step, columns, rows);
 }
-
-/// Whether one row of at most 16 columns touches another at that distance, with their right neighbours.
-inline bool touches(int64_t distance) { return uint64_t(distance + 16) <= 32; }
-
-/// Interpolates between samples side by side.
 template <class To>
-[[gnu::always_inline]] inline pqx_Status interpolate_across(const uint8_t* src, int64_t step, uint8_t* dst,
-                                                            int columns, int rows) {
-  if (comes_in_fours(rows) && !touches(intptr_t(dst) - intptr_t(src))) {
-    if (columns == 16) return predict<16, Pair, To>(src, 1, step, dst, step, rows);
-    if (columns == 8) return predict<8, Pair, To>(src, 1, step, dst, step, rows);
-  }
-  return interpolate_any<Pair, To>(src, 1, step, dst, columns, rows);
+[[gnu::noinline]] pqx_Status interpolate_any_across(const uint8_t* src, uint8_t* dst, int step, int width, int rows) {
+  return interpolate_any<Pair, To>(src, dst, 1, step, width, rows);
 }
 
-/// Interpolates between a row and the one below.
-template <class From, class To>
-[[gnu::always_inline]] inline pqx_Status interpolate_down(const uint8_t* src, int64_t below, int64_t step,
-                                                          uint8_t* dst, int columns, int rows) {
-  const auto ahead = intptr_t(dst) - intptr_t(src);
-  if (below == step && comes_in_fours(rows) && rows > 0 && !touches(ahead) && !touches(ahead - below)) {
-    if (columns == 16) return predict_in_turn<16, From, To>(src, step, dst, step, rows);
-    if (columns == 8) return predict_in_turn<8, From, To>(src, step, dst, step, rows);
+inline constexpr std::integral_constant<int, 8> eight;
+
+/// Interpolates between samples side by side; squares of 16 and 8 as fast as can be.
+template <class To>
+[[gnu::always_inline]] inline pqx_Status interpolate_across(const uint8_t* src, uint8_t* dst, int step, int width,
+                                                            int rows) {
+  if (width == rows && !behind_by_a_register(intptr_t(dst) - intptr_t(src))) {
+    if (rows == 16 && To::suits(dst, step)) [[likely]]
+      return predict<16, Pair, typename To::Squares>(src, 1, step, dst, step, 16);
+    if (rows == 8) return predict<8, Pair, To>(src, 1, step, dst, step, eight);
   }
-  return interpolate_any<From, To>(src, below, step, dst, columns, rows);
+  return interpolate_any_across<To>(src, dst, step, width, rows);
+}
+
+/// Interpolates between a row and the one below; those squares likewise.
+template <class From, class To>
+[[gnu::always_inline]] inline pqx_Status interpolate_down(const uint8_t* src, uint8_t* dst, int below, int step,
+                                                          int width, int rows) {
+  if (width != rows) return interpolate_any<From, To>(src, dst, below, step, width, rows);
+  if (below != step) return interpolate_any<From, To>(src, dst, below, step, width, rows);
+  // A row that goes from before this one to behind the one below, or any where the one below lies above.
+  const bool between = uint64_t(intptr_t(dst) - intptr_t(src) + 16) <= uint64_t(int64_t(step) + 32);
+  if (!between) {
+    if (rows == 16 && To::suits(dst, step)) [[likely]]
+      return predict_in_turn<16, From, typename To::Squares>(src, step, dst, step, 16);
+    if (rows == 8) return predict_in_turn<8, From, To>(src, step, dst, step, eight);
+  }
+  return interpolate_any<From, To>(src, dst, below, step, width, rows);
 }
 
 /// The same into packed blocks.
