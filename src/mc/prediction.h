@@ -163,15 +163,16 @@ template <class From, class To>
     return predict_in_order<From, To>(src, below, step, dst, step, columns, rows);
   return predict_any<From, To>(src, below, step, dst, step, columns, rows);
 }
-template <class To>
+/// The same between samples side by side, of columns that come in eights or fours.
+template <int multiple, class To>
 [[gnu::noinline]] pqx_Status interpolate_any_across(const uint8_t* src, uint8_t* dst, int step, int width, int rows) {
-  return interpolate_any<Pair, To>(src, dst, 1, step, width, rows);
+  return interpolate_any<Pair, To>(src, dst, 1, step, width & -multiple, rows);
 }
 
 inline constexpr std::integral_constant<int, 8> eight;
 
 /// Interpolates between samples side by side; squares of 16 and 8 as fast as can be.
-template <class To>
+template <int multiple, class To>
 [[gnu::always_inline]] inline pqx_Status interpolate_across(const uint8_t* src, uint8_t* dst, int step, int width,
                                                             int rows) {
   if (width == rows && !behind_by_a_register(intptr_t(dst) - intptr_t(src))) {
@@ -179,59 +180,59 @@ template <class To>
       return predict<16, Pair, typename To::Squares>(src, 1, step, dst, step, 16);
     if (rows == 8) return predict<8, Pair, To>(src, 1, step, dst, step, eight);
   }
-  return interpolate_any_across<To>(src, dst, step, width, rows);
+  return interpolate_any_across<multiple, To>(src, dst, step, width, rows);
 }
 
 /// Interpolates between a row and the one below; those squares likewise.
 template <class From, class To>
 [[gnu::always_inline]] inline pqx_Status interpolate_down(const uint8_t* src, uint8_t* dst, int below, int step,
                                                           int width, int rows) {
-  if (width != rows) return interpolate_any<From, To>(src, dst, below, step, width, rows);
-  if (below != step) return interpolate_any<From, To>(src, dst, below, step, width, rows);
-  // A row that goes from before this one to behind the one below, or any where the one below lies above.
-  const bool between = uint64_t(intptr_t(dst) - intptr_t(src) + 16) <= uint64_t(int64_t(step) + 32);
-  if (!between) {
-    if (rows == 16 && To::suits(dst, step)) [[likely]]
-      return predict_in_turn<16, From, typename To::Squares>(src, step, dst, step, 16);
-    if (rows == 8) return predict_in_turn<8, From, To>(src, step, dst, step, eight);
-  }
+  // Where rows go downward, none of the destination's from behind a row's first sample to where the one below ends.
+  const bool between = uint64_t(intptr_t(dst) - intptr_t(src) - 1) < uint64_t(int64_t(step) + 16);
+  if (width != rows || below != step || step < 0 || between)
+    return interpolate_any<From, To>(src, dst, below, step, width, rows);
+  if (rows == 16 && To::suits(dst, step)) [[likely]]
+    return predict_in_turn<16, From, typename To::Squares>(src, step, dst, step, 16);
+  if (rows == 8) return predict_in_turn<8, From, To>(src, step, dst, step, eight);
   return interpolate_any<From, To>(src, dst, below, step, width, rows);
 }
 
 /// The same into packed blocks.
 template <class From>
-[[gnu::noinline]] pqx_Status interpolate_any(const uint8_t* src, int64_t below, int64_t step, int16_t* dst,
-                                             int columns, int rows) {
+[[gnu::noinline]] pqx_Status interpolate_any(const uint8_t* src, int below, int step, int16_t* dst, int width,
+                                             int rows) {
+  const int columns = width == 8 ? 8 : 16;
   const Extent here = extent(src, step, columns + 1, rows), there = extent(src + below, step, columns + 1, rows);
   const Extent packed = extent(dst, 2 * columns, 2 * columns, rows);
   if (!disjoint(here, packed) || !disjoint(there, packed))
     return predict_in_order<From, Put>(src, below, step, dst, columns, columns, rows);
   return predict_any<From, Put>(src, below, step, dst, columns, columns, rows);
 }
-/// Whether they lie clear of a source's rows, with the row below and right neighbours; of rows that go upward they count
-/// as never doing so, which spares most calls a longer test.
-inline bool clear_of(const uint8_t* src, int64_t step, const int16_t* packed, int columns, int rows) {
-  const int64_t bytes = int64_t(rows) * 2 * columns, span = rows * step + columns + 1;
+/// Whether a packed square lies clear of a source's, with the row below and right neighbours; of rows that go upward
+/// it counts as never doing so, which spares most calls a longer test.
+template <int size>
+bool clear_of(const uint8_t* src, int64_t step, const int16_t* packed) {
+  const int64_t bytes = 2 * size * size, span = size * step + size + 1;
   return step >= 0 && uint64_t(intptr_t(packed) - intptr_t(src) + bytes) >= uint64_t(span + bytes);
 }
-[[gnu::always_inline]] inline pqx_Status interpolate_across(const uint8_t* src, int64_t step, int16_t* dst, int width,
+[[gnu::always_inline]] inline pqx_Status interpolate_across(const uint8_t* src, int step, int16_t* dst, int width,
                                                             int rows) {
-  const int columns = width == 8 ? 8 : 16;
-  if (comes_in_fours(rows) && clear_of(src, step, dst, columns, rows)) {
-    if (columns == 16) return predict<16, Pair, Put>(src, 1, step, dst, 16, rows);
-    return predict<8, Pair, Put>(src, 1, step, dst, 8, rows);
+  if (width == rows) {
+    if (rows == 16 && clear_of<16>(src, step, dst)) [[likely]]
+      return predict<16, Pair, Put>(src, 1, step, dst, 16, 16);
+    if (rows == 8 && clear_of<8>(src, step, dst)) return predict<8, Pair, Put>(src, 1, step, dst, 8, eight);
   }
-  return interpolate_any<Pair>(src, 1, step, dst, columns, rows);
+  return interpolate_any<Pair>(src, 1, step, dst, width, rows);
 }
 template <class From>
-[[gnu::always_inline]] inline pqx_Status interpolate_down(const uint8_t* src, int64_t below, int64_t step,
-                                                          int16_t* dst, int width, int rows) {
-  const int columns = width == 8 ? 8 : 16;
-  if (below == step && comes_in_fours(rows) && rows > 0 && clear_of(src, step, dst, columns, rows)) {
-    if (columns == 16) return predict_in_turn<16, From, Put>(src, step, dst, 16, rows);
-    return predict_in_turn<8, From, Put>(src, step, dst, 8, rows);
+[[gnu::always_inline]] inline pqx_Status interpolate_down(const uint8_t* src, int below, int step, int16_t* dst,
+                                                          int width, int rows) {
+  if (width == rows && below == step) {
+    if (rows == 16 && clear_of<16>(src, step, dst)) [[likely]]
+      return predict_in_turn<16, From, Put>(src, step, dst, 16, 16);
+    if (rows == 8 && clear_of<8>(src, step, dst)) return predict_in_turn<8, From, Put>(src, step, dst, 8, eight);
   }
-  return interpolate_any<From>(src, below, step, dst, columns, rows);
+  return interpolate_any<From>(src, below, step, dst, width, rows);
 }
 
 }  // namespace pqx::mc
