@@ -73,6 +73,7 @@ pqx_Status add_alpha(const uint8_t* src, uint8_t* dst, int len) {
       // The last pair is taken from the end of its eight bytes, so that nothing behind the run is read.
       const u8x16 last = moved_down(load_half<u8x16>(p + 40), 2);
       uint8_t* const d = dst + 4 * i;
+#pragma GCC unroll 3
       for (int k = 0; k < 3; ++k) store(d + 16 * k, with_alpha<L>(pairs(k, load_half<u8x16>(p + 12 * k + 6))));
       store(d + 48, with_alpha<L>(pairs(3, last)));
     });
