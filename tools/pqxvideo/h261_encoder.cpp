@@ -209,7 +209,7 @@ void Encoder::transform(const YuvPicture& source, int x, int y, Macroblock& m) {
   m.type.coefficients = m.pattern != 0;
 }
 
-void Encoder::reconstruct(int x, int y, Macroblock& m) {
+void Encoder::reconstruct(int x, int y, const Macroblock& m) {
   LevelBlock block;
   for (int k = 0; k < 6; ++k) {
     if (!(m.pattern & 32 >> k)) continue;

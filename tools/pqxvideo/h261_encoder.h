@@ -39,7 +39,7 @@ class Encoder {
   void encode_group(const YuvPicture& source, int number);
   void choose_prediction(const YuvPicture& source, int x, int y, int macroblock, Macroblock& m);
   void transform(const YuvPicture& source, int x, int y, Macroblock& m);
-  void reconstruct(int x, int y, Macroblock& m);
+  void reconstruct(int x, int y, const Macroblock& m);
   void write(const Macroblock& m, int address_increment, Vector vector_before);
   void write_block(const std::array<int16_t, 64>& levels, bool intra);
 

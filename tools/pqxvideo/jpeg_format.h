@@ -21,7 +21,6 @@ enum Marker : uint8_t {
   EOI = 0xD9,
   SOS = 0xDA,
   DQT = 0xDB,
-  DNL = 0xDC,
   DRI = 0xDD,
   APP0 = 0xE0,
   APP14 = 0xEE,

@@ -41,7 +41,6 @@ class HuffmanDecoder {
     uint8_t bits;  // taken by the code and the number
   };
 
-  HuffmanDecoder() = default;
   /// Throws Failure for a table that cannot be.
   HuffmanDecoder(const HuffmanSpec& table, Kind kind);
 
@@ -68,7 +67,7 @@ class HuffmanDecoder {
   std::array<uint32_t, 17> limits_{};
   std::array<int, 17> offsets_{};
   std::array<uint8_t, 256> symbols_{};
-  Kind kind_ = Kind::dc;
+  Kind kind_;
 };
 
 }  // namespace pqxvideo::jpeg

@@ -9,7 +9,6 @@ namespace pqxvideo {
 /// One component of a picture, made of whole 8x8 blocks. It may keep only its latest rows.
 class Plane {
  public:
-  Plane() = default;
   /// @param kept_rows  a multiple of 8: row y lies where the rows y +- kept_rows do
   Plane(int columns, int rows, int step, int kept_rows)
       : columns_(columns),
@@ -24,9 +23,9 @@ class Plane {
   uint8_t* row(int y) const { return samples_.get() + size_t(y % kept_rows_) * size_t(step_); }
 
  private:
-  int columns_ = 0, rows_ = 0;  // that belong to the picture
-  int step_ = 0;
-  int kept_rows_ = 1;
+  int columns_, rows_;  // that belong to the picture
+  int step_;
+  int kept_rows_;
   std::unique_ptr<uint8_t[]> samples_;
 };
 

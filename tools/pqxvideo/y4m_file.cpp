@@ -38,9 +38,10 @@ Y4mReader::Y4mReader(std::span<const uint8_t> bytes) : rest_(bytes) {
         break;
       case 'F': {
         const size_t colon = std::min(value.find(':'), value.size());
-        const FrameRate rate{number(value.substr(0, colon)), number(value.substr(std::min(colon + 1, value.size())))};
-        if ((rate.numerator == 0) != (rate.denominator == 0)) throw Failure("damaged Y4M: impossible frame rate");
-        if (rate.numerator != 0) rate_ = rate;
+        const FrameRate stated{number(value.substr(0, colon)),
+                               number(value.substr(std::min(colon + 1, value.size())))};
+        if ((stated.numerator == 0) != (stated.denominator == 0)) throw Failure("damaged Y4M: impossible frame rate");
+        if (stated.numerator != 0) rate_ = stated;
         break;
       }
       case 'C':
