@@ -85,15 +85,4 @@ TEST(OverlappedMC, HasTheWeightsOfAnnexF) {
     }
 }
 
-// The row of a position on the half-sample grid is found in 32 bits that wrap, the rows from there on are not.
-TEST(OverlappedMC, WrapsTheRowsOfTheGrid) {
-  constexpr int step = 65536 + 16, y = 65536, wrapped = 16 * 65536;
-  std::vector<uint8_t> ref(wrapped + 15 * step);
-  for (size_t i = 0; i < ref.size(); ++i) ref[i] = uint8_t(i * i >> 7);
-  int16_t expected[64], found[64];
-  pqx_Video_H263OverlappedMC_8U_16S(&ref[wrapped], step, expected, 0, 0, 1, 0, 2, 0, 3, 0, 4, 0);
-  pqx_Video_H263OverlappedMC_8U_16S(ref.data(), step, found, 0, y, 1, y, 2, y, 3, y, 4, y);
-  EXPECT_EQ(std::memcmp(found, expected, sizeof found), 0);
-}
-
 }  // namespace
