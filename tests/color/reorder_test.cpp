@@ -3,13 +3,11 @@
 #include "operation.h"
 #include "plain.h"
 
-using test::Argument, test::buffer, test::Ints, test::row_lengths, test::size, test::Span;
+using test::Argument, test::Ints, test::row_lengths, test::size, test::Span;
 
 namespace {
 
-Argument pixels(int bytes, int len) {
-  return buffer<uint8_t>([=](Ints n) { return int64_t(bytes) * std::max(n[size_t(len)], 0); });
-}
+Argument pixels(int bytes, int len) { return test::row<uint8_t>(test::whole, len, bytes); }
 
 TEST_OPERATIONS(Reorder, MovesBytesWithinPixels) {
   const Argument len = size(row_lengths());

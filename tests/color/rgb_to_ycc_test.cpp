@@ -3,37 +3,28 @@
 #include "operation.h"
 #include "plain.h"
 
-using test::buffer, test::Count, test::Ints, test::row_lengths, test::size;
+using test::buffer, test::Ints, test::pairs, test::pixels_of_pairs, test::row, test::row_lengths, test::size,
+    test::whole;
 
 namespace {
 
-Count all(int bytes, int len) {
-  return [=](Ints n) { return int64_t(bytes) * std::max(n[size_t(len)], 0); };
-}
-// Pixels of whole pairs.
-Count paired(int bytes, int len) {
-  return [=](Ints n) { return int64_t(bytes) * (std::max(n[size_t(len)], 0) / 2 * 2); };
-}
-Count pairs(int len) {
-  return [=](Ints n) { return int64_t(std::max(n[size_t(len)], 0) / 2); };
-}
-
 std::vector<test::Argument> arguments_444(int bytes) {
-  const auto plane = buffer<uint8_t>(all(1, 4));
-  return {buffer<uint8_t>(all(bytes, 4)), plane, plane, plane, size(row_lengths())};
+  const auto plane = row<uint8_t>(whole, 4);
+  return {row<uint8_t>(whole, 4, bytes), plane, plane, plane, size(row_lengths())};
 }
 std::vector<test::Argument> arguments_422(int bytes) {
-  const auto chroma = buffer<uint8_t>(pairs(4));
-  return {buffer<uint8_t>(paired(bytes, 4)), buffer<uint8_t>(paired(1, 4)), chroma, chroma, size(row_lengths())};
+  const auto chroma = row<uint8_t>(pairs, 4);
+  return {row<uint8_t>(pixels_of_pairs, 4, bytes), row<uint8_t>(pixels_of_pairs, 4), chroma, chroma,
+          size(row_lengths())};
 }
 std::vector<test::Argument> arguments_420(int bytes) {
-  const auto src = buffer<uint8_t>(paired(bytes, 6)), luma = buffer<uint8_t>(paired(1, 6));
-  const auto chroma = buffer<uint8_t>(pairs(6));
+  const auto src = row<uint8_t>(pixels_of_pairs, 6, bytes), luma = row<uint8_t>(pixels_of_pairs, 6);
+  const auto chroma = row<uint8_t>(pairs, 6);
   return {src, src, luma, luma, chroma, chroma, size(row_lengths())};
 }
 
 TEST_OPERATIONS(RgbToYcc, MatchesTheFormulaOnEveryRow) {
-  const auto ink_plane = buffer<uint8_t>(all(1, 5));
+  const auto ink_plane = row<uint8_t>(whole, 5);
   test::check({
       OPERATION(ColorRGB2YCC444_8U, arguments_444(3)),
       OPERATION(ColorABGR2YCC444_8U, arguments_444(4)),
@@ -48,7 +39,7 @@ TEST_OPERATIONS(RgbToYcc, MatchesTheFormulaOnEveryRow) {
       OPERATION(ColorARGB2YCC420_BL_8U, arguments_420(4)),
       OPERATION(ColorBGRA2YCC420_BL_8U, arguments_420(4)),
       OPERATION(ColorCMYK2YCCK444_8U,
-                {buffer<uint8_t>(all(4, 5)), ink_plane, ink_plane, ink_plane, ink_plane, size(row_lengths())}),
+                {row<uint8_t>(whole, 5, 4), ink_plane, ink_plane, ink_plane, ink_plane, size(row_lengths())}),
   });
 }
 

@@ -7,14 +7,12 @@
 #include "operation.h"
 #include "plain.h"
 
-using test::buffer, test::Ints, test::range, test::row_lengths, test::scratch, test::size;
+using test::buffer, test::Ints, test::pairs, test::pixels_of_pairs, test::range, test::row_lengths, test::scratch,
+    test::size, test::whole;
 
 namespace {
 
 using Length = int64_t (*)(int len);
-int64_t whole(int len) { return std::max(len, 0); }
-int64_t pairs(int len) { return std::max(len, 0) / 2; }
-int64_t pixels_of_pairs(int len) { return 2 * pairs(len); }
 int64_t one_pair_or_more(int len) { return std::max(len / 2, 1); }
 int64_t pixels_of_one_pair_or_more(int len) { return 2 * one_pair_or_more(len); }
 int64_t interpolated(int len) { return len < 1 ? 0 : std::max(len / 2, 2); }

@@ -108,6 +108,15 @@ Argument buffer(Count count, Fill fill = range<T>(std::numeric_limits<T>::min(),
   return argument;
 }
 
+/// As many elements as `elements` makes of the size at that position, `each` times.
+template <class T>
+Argument row(int64_t (*elements)(int), int size, int each = 1) {
+  return buffer<T>([=](Ints n) { return each * elements(n[size_t(size)]); });
+}
+inline int64_t whole(int len) { return std::max(len, 0); }
+inline int64_t pairs(int len) { return whole(len) / 2; }
+inline int64_t pixels_of_pairs(int len) { return 2 * pairs(len); }
+
 /// Rows of 8-bit samples at the distance that integer argument `step` tells.
 Argument plane(int step, Count columns, Count rows, Fill fill = range<uint8_t>(0, 255));
 

@@ -30,7 +30,6 @@ class Faults : public testing::Test {
     }
     std::filesystem::create_directory(place / "closed");
     std::filesystem::permissions(place / "closed", std::filesystem::perms(0555));
-    before = place.files();
   }
 
   /// The command with its output named, run by a shell as `around` says, must fail with that status and one line.
@@ -41,16 +40,11 @@ class Faults : public testing::Test {
       command.replace(at, 3, "{" + out);
     }
     command = "(" + std::string(around).replace(around.find("TOOL"), 4, std::string(PQXVIDEO) + " " + command) + ")";
-    const Outcome outcome = run(place, command);
-    EXPECT_EQ(outcome.status, status) << command;
-    EXPECT_NE(outcome.errors.find(reason + "\n"), std::string::npos) << command << ": " << outcome.errors;
-    EXPECT_EQ(std::count(outcome.errors.begin(), outcome.errors.end(), '\n'), 1) << command << ": " << outcome.errors;
-    EXPECT_EQ(place.files(), before) << command;
+    tool_test::expect_failure(place, command, status, "", reason + "\n");
     EXPECT_TRUE(std::filesystem::is_empty(place / "closed")) << command;
   }
 
   const Workplace place;
-  std::vector<std::string> before;
 };
 
 }  // namespace

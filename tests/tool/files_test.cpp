@@ -148,11 +148,9 @@ TEST(Tool, ReportsErrorsInOneLineAndLeavesNothing) {
   write_bytes(place / "440.jpg", encode_outside(image, "-sample 1x2"));
   write_bytes(place / "411.jpg", encode_outside(image, "-sample 4x1"));
   write_bytes(place / "huge.ppm", text("P6 20000 20000 255\n"));
-  write_bytes(place / "wide.ppm", [] {
-    Bytes wide = text("P5 65536 1 255\n");
-    wide.resize(wide.size() + 65536);
-    return wide;
-  }());
+  bytes = text("P5 65536 1 255\n");
+  bytes.resize(bytes.size() + 65536);
+  write_bytes(place / "wide.ppm", bytes);
   write_bytes(place / "short.ppm", text("P6 20 20 255\nabc"));
   write_bytes(place / "deep.pgm", text("P5 1 1 65535\nab"));
   write_bytes(place / "ascii.ppm", text("P3 1 1 255\n1 2 3\n"));

@@ -112,17 +112,21 @@ void expect_successes(const Workplace& place, std::initializer_list<const char*>
   }
 }
 
-void expect_failures(const Workplace& place, std::span<const FailingCommand> commands) {
+void expect_failure(const Workplace& place, const std::string& command, int status, const std::string& file,
+                    const std::string& reason) {
   const std::vector<std::string> before = place.files();
-  for (const auto& [command, status, file, reason] : commands) {
-    const Outcome outcome = run(place, std::string(PQXVIDEO) + " " + command);
-    EXPECT_EQ(outcome.status, status) << command;
-    EXPECT_EQ(outcome.out, "") << command;
-    EXPECT_NE(outcome.errors.find(file), std::string::npos) << command << ": " << outcome.errors;
-    EXPECT_NE(outcome.errors.find(reason), std::string::npos) << command << ": " << outcome.errors;
-    EXPECT_EQ(std::count(outcome.errors.begin(), outcome.errors.end(), '\n'), 1) << command << ": " << outcome.errors;
-    EXPECT_EQ(place.files(), before) << command;
-  }
+  const Outcome outcome = run(place, command);
+  EXPECT_EQ(outcome.status, status) << command;
+  EXPECT_EQ(outcome.out, "") << command;
+  EXPECT_NE(outcome.errors.find(file), std::string::npos) << command << ": " << outcome.errors;
+  EXPECT_NE(outcome.errors.find(reason), std::string::npos) << command << ": " << outcome.errors;
+  EXPECT_EQ(std::count(outcome.errors.begin(), outcome.errors.end(), '\n'), 1) << command << ": " << outcome.errors;
+  EXPECT_EQ(place.files(), before) << command;
+}
+
+void expect_failures(const Workplace& place, std::span<const FailingCommand> commands) {
+  for (const auto& [command, status, file, reason] : commands)
+    expect_failure(place, std::string(PQXVIDEO) + " " + command, status, file, reason);
 }
 
 Image judge(const Bytes& jpeg, bool smooth) {

@@ -66,7 +66,9 @@ struct FailingCommand {
   int status;
   const char *file, *reason;
 };
-/// Expects each to fail as told and to leave no file behind.
+/// Expects each to fail as told, in one line, and to leave no file behind.
+void expect_failure(const Workplace& place, const std::string& command, int status, const std::string& file,
+                    const std::string& reason);
 void expect_failures(const Workplace& place, std::span<const FailingCommand> commands);
 
 /// What djpeg -dct float makes of a JPEG file.
