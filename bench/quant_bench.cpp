@@ -44,8 +44,10 @@ const auto decode = BlockForm{Yields::pixels, [](auto dequantize, auto transform
                               }};
 
 // With these states everything fits, and a plain loop needs no test.
-const auto quantizer = Sides{"Quantize_16S_I", pqx_Video_Quantize_16S_I, plain::fitting::Quantize_16S_I};
-const auto dequantizer = Sides{"DeQuantize_16S_I", pqx_Video_DeQuantize_16S_I, plain::fitting::DeQuantize_16S_I};
+const Sides<decltype(plain::Quantize_16S_I)> quantizer{"Quantize_16S_I", pqx_Video_Quantize_16S_I,
+                                                       plain::fitting::Quantize_16S_I};
+const Sides<decltype(plain::DeQuantize_16S_I)> dequantizer{"DeQuantize_16S_I", pqx_Video_DeQuantize_16S_I,
+                                                           plain::fitting::DeQuantize_16S_I};
 
 const std::vector<BlockBench> table = {
     {{make_reciprocals, OPERATION(QuantizeInit_16S)}, matrix, 1, {}},

@@ -52,10 +52,10 @@ Difference compare(const Pictures& a, const Pictures& b, size_t frames) {
 
 /// How closely the decoders of one stream must agree: inverse transforms may differ by one, which adds up from picture
 /// to picture.
-void expect_agreement(const Pictures& ours, const Pictures& judge, const std::string& what) {
+void expect_agreement(const Pictures& ours, const Pictures& judge, const std::string& what, int largest = 2) {
   ASSERT_EQ(ours.size(), judge.size()) << what;
   for (size_t k = 0; k < std::min<size_t>(5, ours.size()); ++k)
-    EXPECT_LE(compare({ours[k]}, {judge[k]}, 1).largest, int(k) + 1) << what << ", picture " << k;
+    EXPECT_LE(compare({ours[k]}, {judge[k]}, 1).largest, std::min(int(k) + 1, largest)) << what << ", picture " << k;
   EXPECT_GE(compare(ours, judge, ours.size()).psnr(), 59) << what;
 }
 
@@ -103,7 +103,8 @@ TEST(H261, DecoderAndOutsideJudgeSeeWhatTheEncoderReconstructs) {
         EXPECT_EQ(compare(decoded, reconstruction, clip.size()).largest, 0) << what;
         EXPECT_GE(compare(decoded, clip, clip.size()).psnr(), quant == 31 ? 24 : quant == 8 ? 31 : 34) << what;
         write_bytes(place / "ours.h261", stream);
-        expect_agreement(decoded, judge(place, "ours.h261"), what);
+        // One sample in the fourth picture is three off where the pictures, too large, are coded again more coarsely.
+        expect_agreement(decoded, judge(place, "ours.h261"), what, quant == 1 && !cif ? 3 : 2);
       }
 }
 
