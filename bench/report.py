@@ -140,6 +140,7 @@ def report(context, lines):
     out += [f"{machine(context)}; " + "; ".join(f"{name} {context[name]}" for name in
             ("compiler", "libyuv", "libjpeg-turbo", "FFmpeg", "OpenCV") if name in context) + ".", ""]
     out += ["Times are nanoseconds for each unit: the shortest of the repetitions, which lie scattered over the run. "
+            "The library is linked statically, as plain C is. "
             "*instr.* counts our instructions for a block or for 16 of a smaller unit, calls and ends of rows included. ± tells how far the times' lower quartile lies above the shortest. *plain C* is the operation as a plain loop, compiled with -O3 "
             "for the same instruction set; *SSE2 peer* the fastest other library when limited to SSE2, *best peer* when "
             "free to use what the processor has. Rows marked *odd* begin at odd addresses. Ratios are their time over ours. The *target* is a ratio to plain C, "
