@@ -36,8 +36,8 @@ class Faults : public testing::Test {
   void expect_failure(const std::string& around, std::string command, const std::string& out, int status,
                       const std::string& reason) {
     if (const size_t at = command.find("OUT"); at != std::string::npos) {
-      command.insert(std::min(command.find(' ', at), command.size()), "}");
-      command.replace(at, 3, "{" + out);
+      const size_t end = std::min(command.find(' ', at), command.size());
+      command = command.substr(0, at) + "{" + out + command.substr(at + 3, end - at - 3) + "}" + command.substr(end);
     }
     command = "(" + std::string(around).replace(around.find("TOOL"), 4, std::string(PQXVIDEO) + " " + command) + ")";
     tool_test::expect_failure(place, command, status, "", reason + "\n");
