@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
-# Builds the fuzz targets and runs each for so many seconds.
+# Builds the fuzz targets and runs each for so many seconds, as many at once as there are processors.
 #   run.sh SECONDS [TARGET...]      (operations, jpeg, h261, y4m, pnm; all of them if none is named)
-# What they learn stays in build-fuzz/corpus; what they find is left in build-fuzz.
+# What they learn stays in build-fuzz/corpus, how long they ran in build-fuzz/fuzzed; what they find is left in build-fuzz.
 set -euo pipefail
 cd "$(dirname "$0")/../.."
 seconds=$1 targets=("${@:2}")
@@ -30,16 +30,21 @@ for ((k = 0; k < 160; ++k)); do
   printf "\\x$(printf %02x $k)\\0%64d" $((k * 77777)) >"corpus/operations/$k"
 done
 
-failures=0
-for target in "${targets[@]}"; do
-  log=$target.log
+# Tells what a target did, and keeps count over all runs.
+fuzz() {
+  target=$1 seconds=$2 log=$1.log status=0
   "./tests/fuzz/${target}_fuzz" -max_total_time="$seconds" -timeout=20 -rss_limit_mb=2048 -print_final_stats=1 \
-    "corpus/$target" >"$log" 2>&1 || { failures=$((failures + 1)) && tail -n 40 "$log"; }
+    "corpus/$target" >"$log" 2>&1 || { status=1 && tail -n 40 "$log"; }
   executed=$(sed -n 's/^stat::number_of_executed_units: //p' "$log")
+  echo "$target $seconds ${executed:-0}" >>fuzzed
   echo "$target: ${executed:-0} executions, $(grep -o 'cov: [0-9]* ft: [0-9]*' "$log" | tail -n 1)" \
     "$(sed -n 's/.*operations reached/, &/p' "$log")"
-  if [ "$target" = operations ]; then
-    grep -q '^\([0-9]*\) of \1 operations reached' "$log" || failures=$((failures + 1))
-  fi
-done
-((failures == 0))
+  if [ "$target" = operations ]; then grep -q '^\([0-9]*\) of \1 operations reached' "$log" || status=1; fi
+  return $status
+}
+export -f fuzz
+status=0
+printf '%s\n' "${targets[@]}" | xargs -P "$(nproc)" -I TARGET bash -c "fuzz TARGET $seconds" || status=1
+awk '{ time[$1] += $2; executed[$1] += $3 }
+     END { for (t in time) printf "In all runs here, %s: %.2f hours, %d executions\n", t, time[t] / 3600, executed[t] }' fuzzed
+exit $status
