@@ -4,8 +4,10 @@
 namespace pqx::mc {
 namespace {
 
-[[gnu::noinline]] pqx_Status copy_pairs(const uint8_t* src, int step, int16_t* dst, int width, int height,
-                                        bool apart) {
+[[gnu::noinline]] pqx_Status copy_pairs(const uint8_t* src, int step, int16_t* dst, int width, int height) {
+  if (width < 2 || height < 1) return PQX_OK;
+  const bool apart =
+      disjoint(extent(src, step, width, height), extent(dst, 2 * int64_t(width), 2 * int64_t(width), height));
   const int64_t pairs = width >> 1;
   for (; height > 0; --height, src += step, dst += width) {
     int64_t x = 0;
@@ -27,13 +29,12 @@ namespace {
 
 pqx_Status pqx_Video_CopyRef_8U_16S(const uint8_t* pSrc, int srcStep, int16_t* pDst, int width, int height) {
   using namespace pqx::mc;
-  if (width < 2 || height < 1) return PQX_OK;
-  const bool apart =
-      disjoint(extent(pSrc, srcStep, width, height), extent(pDst, 2 * int64_t(width), 2 * int64_t(width), height));
-  if (apart && comes_in_fours(height)) {
-    if (width == 16) return predict<16, Whole, Put>(pSrc, 0, srcStep, pDst, 16, height);
-    if (width == 8) return predict<8, Whole, Put>(pSrc, 0, srcStep, pDst, 8, height);
+  if (width == height) {
+    if (width == 16 && clear_of<16>(pSrc, srcStep, pDst)) [[likely]]
+      return predict<16, Whole, Put>(pSrc, 0, srcStep, pDst, 16, 16);
+    if (width == 8 && clear_of<8>(pSrc, srcStep, pDst))
+      return predict<8, Whole, Put>(pSrc, 0, srcStep, pDst, 8, eight);
   }
-  return copy_pairs(pSrc, srcStep, pDst, width, height, apart);
+  return copy_pairs(pSrc, srcStep, pDst, width, height);
 }
 PQX_SECOND_NAME(pqx_Video_CopyRef_8U_16S);
