@@ -1,8 +1,8 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <filesystem>
+#include <regex>
 
 #include "picture_file.h"
 #include "pictures.h"
@@ -35,11 +35,8 @@ class Faults : public testing::Test {
   /// The command with its output named, run by a shell as `around` says, must fail with that status and one line.
   void expect_failure(const std::string& around, std::string command, const std::string& out, int status,
                       const std::string& reason) {
-    if (const size_t at = command.find("OUT"); at != std::string::npos) {
-      const size_t end = std::min(command.find(' ', at), command.size());
-      command = command.substr(0, at) + "{" + out + command.substr(at + 3, end - at - 3) + "}" + command.substr(end);
-    }
-    command = "(" + std::string(around).replace(around.find("TOOL"), 4, std::string(PQXVIDEO) + " " + command) + ")";
+    command = std::regex_replace(command, std::regex("OUT(\\S*)"), "{" + out + "$1}");
+    command = std::regex_replace("(" + around + ")", std::regex("TOOL"), PQXVIDEO " " + command);
     tool_test::expect_failure(place, command, status, "", reason + "\n");
     EXPECT_TRUE(std::filesystem::is_empty(place / "closed")) << command;
   }
