@@ -44,27 +44,20 @@ void damage(Bytes& bytes, std::mt19937& random) {
   for (size_t times = 1 + below(4); times > 0 && !bytes.empty(); --times) {
     const size_t at = place(), length = below(std::min<size_t>(bytes.size() - at, 30));
     const auto first = bytes.begin() + ptrdiff_t(at), last = first + ptrdiff_t(length);
-    switch (below(16)) {
-      case 0:
-        bytes.erase(first, last);
-        break;
-      case 1: {
-        const Bytes copy(first, last);
-        bytes.insert(bytes.begin() + ptrdiff_t(place()), copy.begin(), copy.end());
-        break;
-      }
-      case 2:
-        bytes.resize(at);
-        break;
-      case 3:
-        *first = random() % 2 ? 0xFF : 0;
-        break;
-      case 4:
-        *first = uint8_t(random());
-        break;
-      default:
-        *first ^= uint8_t(1 << below(8));
-    }
+    const Bytes part(first, last);
+    const size_t kind = below(16);
+    if (kind == 0)
+      bytes.erase(first, last);
+    else if (kind == 1)
+      bytes.insert(bytes.begin() + ptrdiff_t(place()), part.begin(), part.end());
+    else if (kind == 2)
+      bytes.resize(at);
+    else if (kind == 3)
+      *first = random() % 2 ? 0xFF : 0;
+    else if (kind == 4)
+      *first = uint8_t(random());
+    else
+      *first ^= uint8_t(1 << below(8));
   }
 }
 

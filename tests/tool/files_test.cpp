@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 #include <zlib.h>
 
+#include <algorithm>
 #include <sstream>
 
 #include "jpeg_encoder.h"
@@ -126,38 +127,32 @@ TEST(Tool, ReportsErrorsInOneLineAndLeavesNothing) {
   write_picture(place / "other.ppm", make_picture(41, 30, 3));
   write_picture(place / "grey.ppm", make_picture(40, 30, 1));
   const Bytes jpeg = encode_jpeg(image, {});
-  Bytes bytes = jpeg;
-  write_bytes(place / "in.jpg", jpeg);
-  bytes.resize(jpeg.size() / 2);
-  write_bytes(place / "half.jpg", bytes);
-  bytes.assign(jpeg.begin(), jpeg.end() - 1);
-  write_bytes(place / "endless.jpg", bytes);
-  bytes = jpeg;
-  bytes.insert(bytes.end() - 2, {0, 0});
-  write_bytes(place / "longer.jpg", bytes);
-  bytes = encode_outside(image, "-grayscale -restart 1");
-  constexpr uint8_t restart[] = {0xFF, 0xD1};
-  ++std::search(bytes.begin(), bytes.end(), std::begin(restart), std::end(restart))[1];
-  write_bytes(place / "restart.jpg", bytes);
-  bytes = jpeg;
-  constexpr uint8_t frame[] = {0xFF, 0xC0, 0, 17};
-  std::search(bytes.begin(), bytes.end(), std::begin(frame), std::end(frame))[4] = 12;
-  write_bytes(place / "deep.jpg", bytes);
-  write_bytes(place / "progressive.jpg", encode_outside(image, "-progressive"));
-  write_bytes(place / "arithmetic.jpg", encode_outside(image, "-arithmetic"));
-  write_bytes(place / "440.jpg", encode_outside(image, "-sample 1x2"));
-  write_bytes(place / "411.jpg", encode_outside(image, "-sample 4x1"));
-  write_bytes(place / "huge.ppm", text("P6 20000 20000 255\n"));
-  bytes = text("P5 65536 1 255\n");
-  bytes.resize(bytes.size() + 65536);
-  write_bytes(place / "wide.ppm", bytes);
-  write_bytes(place / "short.ppm", text("P6 20 20 255\nabc"));
-  write_bytes(place / "deep.pgm", text("P5 1 1 65535\nab"));
-  write_bytes(place / "ascii.ppm", text("P3 1 1 255\n1 2 3\n"));
-  bytes = read_bytes(place / "in.png");
-  bytes[bytes.size() / 2] ^= 1;
-  write_bytes(place / "damaged.png", bytes);
-  write_bytes(place / "empty.jpg", {});
+  Bytes longer = jpeg, restart = encode_outside(image, "-grayscale -restart 1"), deep = jpeg;
+  longer.insert(longer.end() - 2, {0, 0});
+  const auto place_of = [](const Bytes& part, Bytes& bytes) {
+    return std::search(bytes.begin(), bytes.end(), part.begin(), part.end());
+  };
+  ++place_of({0xFF, 0xD1}, restart)[1];
+  place_of({0xFF, 0xC0, 0, 17}, deep)[4] = 12;
+  Bytes damaged = read_bytes(place / "in.png");
+  damaged[damaged.size() / 2] ^= 1;
+  write_files(place, {{"in.jpg", jpeg},
+                      {"half.jpg", Bytes(jpeg.begin(), jpeg.begin() + ptrdiff_t(jpeg.size() / 2))},
+                      {"endless.jpg", Bytes(jpeg.begin(), jpeg.end() - 1)},
+                      {"longer.jpg", longer},
+                      {"restart.jpg", restart},
+                      {"deep.jpg", deep},
+                      {"progressive.jpg", encode_outside(image, "-progressive")},
+                      {"arithmetic.jpg", encode_outside(image, "-arithmetic")},
+                      {"440.jpg", encode_outside(image, "-sample 1x2")},
+                      {"411.jpg", encode_outside(image, "-sample 4x1")},
+                      {"huge.ppm", text("P6 20000 20000 255\n")},
+                      {"wide.ppm", text("P5 65536 1 255\n" + std::string(65536, '\0'))},
+                      {"short.ppm", text("P6 20 20 255\nabc")},
+                      {"deep.pgm", text("P5 1 1 65535\nab")},
+                      {"ascii.ppm", text("P3 1 1 255\n1 2 3\n")},
+                      {"damaged.png", damaged},
+                      {"empty.jpg", {}}});
 
   const FailingCommand cases[] = {
       {"jpeg decode {half.jpg} {out.ppm}", 1, "half.jpg", "truncated"},
@@ -196,6 +191,6 @@ TEST(Tool, ReportsErrorsInOneLineAndLeavesNothing) {
   expect_failures(place, cases);
 
   // What stood under the name before stays.
-  run(place, std::string(PQXVIDEO) + " jpeg decode {half.jpg} {other.ppm}");
+  run(place, PQXVIDEO " jpeg decode {half.jpg} {other.ppm}");
   EXPECT_EQ(compare(read_picture(place / "other.ppm"), make_picture(41, 30, 3)).largest_of_all(), 0);
 }

@@ -40,6 +40,15 @@ Pictures make_pan(bool cif, int frames) {
   return clip;
 }
 
+Pictures make_wandering(int frames) {
+  const pqxvideo::Pan still(make_picture(176, 144, 3, Content::smooth), 176, 144);
+  Pictures clip(size_t(frames), still.frame(0));
+  for (int k = 0; k < frames; ++k)
+    for (int y = 0; y < 20; ++y)
+      for (int x = 0; x < 20; ++x) *clip[size_t(k)].planes[0].at(30 + 4 * k + x, 50 + k + y) = uint8_t(60 + 8 * x);
+  return clip;
+}
+
 Bytes encode(const Pictures& clip, const pqxvideo::h261::EncoderOptions& options, Pictures* reconstruction) {
   pqxvideo::h261::Encoder encoder(clip[0].width(), clip[0].height(), options);
   Bytes stream;
@@ -90,6 +99,10 @@ void write_bytes(const std::string& path, const Bytes& bytes) {
   std::ofstream(path, std::ios::binary).write(reinterpret_cast<const char*>(bytes.data()), ptrdiff_t(bytes.size()));
 }
 
+void write_files(const Workplace& place, const std::vector<std::pair<std::string, Bytes>>& files) {
+  for (const auto& [name, bytes] : files) write_bytes(place / name, bytes);
+}
+
 Outcome run(const Workplace& place, std::string command) {
   for (size_t open; (open = command.find('{')) != std::string::npos;) {
     const size_t close = command.find('}', open);
@@ -104,9 +117,14 @@ Outcome run(const Workplace& place, std::string command) {
   return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, text("out"), text("errors")};
 }
 
+void must_run(const Workplace& place, const std::string& command) {
+  if (const Outcome outcome = run(place, command); outcome.status != 0)
+    throw std::runtime_error(command + ": " + outcome.errors);
+}
+
 void expect_successes(const Workplace& place, std::initializer_list<const char*> commands) {
   for (const char* const command : commands) {
-    const Outcome outcome = run(place, std::string(PQXVIDEO) + " " + command);
+    const Outcome outcome = run(place, std::string(PQXVIDEO " ") + command);
     EXPECT_EQ(outcome.status, 0) << command << ": " << outcome.errors;
     EXPECT_EQ(outcome.errors, "") << command;
   }
@@ -126,23 +144,21 @@ void expect_failure(const Workplace& place, const std::string& command, int stat
 
 void expect_failures(const Workplace& place, std::span<const FailingCommand> commands) {
   for (const auto& [command, status, file, reason] : commands)
-    expect_failure(place, std::string(PQXVIDEO) + " " + command, status, file, reason);
+    expect_failure(place, std::string(PQXVIDEO " ") + command, status, file, reason);
 }
 
 Image judge(const Bytes& jpeg, bool smooth) {
   const Workplace place;
   write_bytes(place / "in.jpg", jpeg);
-  const Outcome outcome = run(place, std::string(DJPEG) + " -strict -dct float " + (smooth ? "" : "-nosmooth ") +
-                                         "-outfile {out.ppm} {in.jpg}");
-  if (outcome.status != 0) throw std::runtime_error("djpeg: " + outcome.errors);
+  must_run(place,
+           std::string(DJPEG " -strict -dct float ") + (smooth ? "" : "-nosmooth ") + "-outfile {out.ppm} {in.jpg}");
   return pqxvideo::read_picture(place / "out.ppm");
 }
 
 Bytes encode_outside(const Image& image, const std::string& options) {
   const Workplace place;
   pqxvideo::write_picture(place / "in.ppm", image);
-  const Outcome outcome = run(place, std::string(CJPEG) + " " + options + " -outfile {out.jpg} {in.ppm}");
-  if (outcome.status != 0) throw std::runtime_error("cjpeg: " + outcome.errors);
+  must_run(place, CJPEG " " + options + " -outfile {out.jpg} {in.ppm}");
   return read_bytes(place / "out.jpg");
 }
 

@@ -24,6 +24,8 @@ using Pictures = std::vector<pqxvideo::YuvPicture>;
 
 /// Pictures that a window moving over a larger one shows.
 Pictures make_pan(bool cif, int frames);
+/// QCIF pictures of a square that wanders over what stands still.
+Pictures make_wandering(int frames);
 
 Bytes encode(const Pictures& clip, const pqxvideo::h261::EncoderOptions& options, Pictures* reconstruction = nullptr);
 Bytes y4m_of(const Pictures& clip, pqxvideo::FrameRate rate = {});
@@ -48,6 +50,7 @@ int peak_memory();
 
 Bytes read_bytes(const std::string& path);
 void write_bytes(const std::string& path, const Bytes& bytes);
+void write_files(const Workplace& place, const std::vector<std::pair<std::string, Bytes>>& files);
 
 struct Outcome {
   int status;
@@ -56,6 +59,9 @@ struct Outcome {
 
 /// Runs a shell command; "{name}" in it stands for that file of the workplace.
 Outcome run(const Workplace& place, std::string command);
+
+/// Runs one without which the test cannot go on.
+void must_run(const Workplace& place, const std::string& command);
 
 /// Expects that the tool does all of this and complains of nothing.
 void expect_successes(const Workplace& place, std::initializer_list<const char*> commands);

@@ -5,7 +5,6 @@
 
 #include "clip.h"
 #include "h261_encoder.h"
-#include "pan.h"
 #include "picture_file.h"
 #include "pictures.h"
 #include "player.h"
@@ -21,21 +20,13 @@ using Clock = Player::Clock;
 
 constexpr int frames = 24;
 
-/// A square wanders over a picture that stands still.
-YuvPicture make_frame(int number) {
-  static const YuvPicture still = Pan(make_picture(176, 144, 3, Content::smooth), 176, 144).frame(0);
-  YuvPicture picture = still;
-  for (int y = 0; y < 20; ++y)
-    for (int x = 0; x < 20; ++x) *picture.planes[0].at(30 + 4 * number + x, 50 + number + y) = uint8_t(60 + 8 * x);
-  return picture;
-}
-
 /// Between pictures 4 and 5 seven frames have been left out.
 Bytes make_stream() {
+  const Pictures clip = make_wandering(frames);
   h261::Encoder encoder(176, 144, {});
   Bytes stream;
   for (int k = 0; k < frames; ++k) {
-    Bytes coded = encoder.encode(make_frame(k));
+    Bytes coded = encoder.encode(clip[size_t(k)]);
     const int reference = k < 5 ? k : k + 7;
     coded[2] = uint8_t((coded[2] & 0xF0) | (reference >> 1 & 15));
     coded[3] = uint8_t((coded[3] & 0x7F) | (reference & 1) << 7);
@@ -55,9 +46,8 @@ Bytes make_y4m() {
 }
 
 bool equal(const YuvPicture& a, const YuvPicture& b) {
-  for (size_t k = 0; k < 3; ++k)
-    if (a.planes[k].samples != b.planes[k].samples) return false;
-  return true;
+  constexpr auto samples = &YuvPicture::Component::samples;
+  return std::ranges::equal(a.planes, b.planes, {}, samples, samples);
 }
 
 }  // namespace
