@@ -23,13 +23,11 @@ TEST_OPERATIONS(Reorder, MovesBytesWithinPixels) {
 
 // Rows of 32-bit pixels at a distance counted in pixels.
 Argument rows_of_words(int step) {
-  Argument argument = pixels(0, 0);
-  argument.spans = [=](Ints n) {
+  return test::touching<uint8_t>([=](Ints n) {
     std::vector<Span> spans;
     for (int64_t y = 0; n[4] > 0 && y < n[5]; ++y) spans.push_back({y * n[size_t(step)] * 4, int64_t(n[4]) * 4});
     return spans;
-  };
-  return argument;
+  });
 }
 
 TEST_OPERATIONS(Reorder, ReversesTheBytesOfContiguousAndSeparateRows) {

@@ -5,7 +5,7 @@
 #include "operation.h"
 #include "plain.h"
 
-using test::Argument, test::Count, test::Ints, test::plane, test::Span, test::step;
+using test::Argument, test::Count, test::Ints, test::plane, test::Span, test::step, test::touching;
 
 namespace {
 
@@ -71,17 +71,14 @@ TEST_OPERATIONS(YuvToRgb, MatchesTheFormulaOnEveryPicture) {
 
 // Pairs of rows start early by a sample and a square where the width is odd.
 Argument drifting(int step, int width, int height, int rows, int64_t pixel) {
-  Argument argument = plane(
-      step, [](Ints) { return 0; }, [](Ints) { return 0; });
-  argument.spans = [=](Ints n) {
+  return touching<uint8_t>([=](Ints n) {
     std::vector<Span> spans;
     const int64_t odd = n[size_t(width)] & 1, columns = whole(n[size_t(width)], 2);
     for (int64_t pair = 0; pair < whole(n[size_t(height)], 2) / 2; ++pair)
       for (int row = 0; row < rows; ++row)
         spans.push_back({(rows * pair + row) * n[size_t(step)] - pixel * odd * pair, pixel * columns});
     return spans;
-  };
-  return argument;
+  });
 }
 
 std::vector<Argument> zoomed(int zoom) {
@@ -94,9 +91,7 @@ std::vector<Argument> zoomed(int zoom) {
 
 // The part of a plane that a rectangle covers, in samples of `pixel` bytes shared by `shared` x `shared` pixels.
 Argument window_of(int step, int shared, int zoom, int pixel) {
-  Argument argument = plane(
-      step, [](Ints) { return 0; }, [](Ints) { return 0; });
-  argument.spans = [=](Ints n) {
+  return touching<uint8_t>([=](Ints n) {
     const int x0 = n[9] / shared, y0 = n[10] / shared;
     const int x1 = (n[11] + shared - 1) / shared, y1 = (n[12] + shared - 1) / shared;
     std::vector<Span> spans;
@@ -104,8 +99,7 @@ Argument window_of(int step, int shared, int zoom, int pixel) {
       for (int64_t row = zoom * y0; row < zoom * y1; ++row)
         spans.push_back({row * n[size_t(step)] + pixel * zoom * x0, pixel * zoom * (x1 - x0)});
     return spans;
-  };
-  return argument;
+  });
 }
 
 std::vector<Argument> window(int zoom) {
@@ -193,15 +187,12 @@ TEST(YuvToRgb, KnownColours) {
 TEST(YuvToRgb, EveryColour) {
   constexpr int pairs = 1 << 16, pixels = 2 * pairs;
   std::vector<uint8_t> y(pixels), u(pixels), v(pixels), out(3 * pixels), expected(3 * pixels);
-  for (int i = 0; i < pairs; ++i) u[i] = uint8_t(i), v[i] = uint8_t(i >> 8);
+  for (int i = 0; i < pixels; ++i) u[i] = uint8_t(i), v[i] = uint8_t(i >> 8);
   for (int luma = 0; luma < 256; luma += 2) {
     for (int x = 0; x < pixels; ++x) y[x] = uint8_t(luma + x % 2);
     pqx_Video_ColorYUV2RGB422_8U(y.data(), 0, u.data(), v.data(), 0, out.data(), 0, pixels, 1);
     plain::ColorYUV2RGB422_8U(y.data(), 0, u.data(), v.data(), 0, expected.data(), 0, pixels, 1);
     ASSERT_EQ(out, expected) << "luma " << luma;
-  }
-  for (int i = 0; i < pixels; ++i) u[i] = uint8_t(i), v[i] = uint8_t(i >> 8);
-  for (int luma = 0; luma < 256; luma += 2) {
     for (int x = 0; x < pixels; ++x) y[x] = uint8_t(luma + x / pairs);
     pqx_Video_ColorYUV2RGB444_8U(y.data(), u.data(), v.data(), 0, out.data(), 0, pixels, 1);
     plain::ColorYUV2RGB444_8U(y.data(), u.data(), v.data(), 0, expected.data(), 0, pixels, 1);

@@ -1,7 +1,6 @@
 #include "case.h"
 
 #include <algorithm>
-#include <cstdarg>
 #include <cstdio>
 #include <thread>
 
@@ -87,8 +86,7 @@ Case::Case(std::span<const uint8_t> bytes) {
   const size_t count = operation.arguments.size();
   ints_.assign(count, 0);
   for (size_t k = 0; k < count; ++k)
-    if (const Argument& a = operation.arguments[k]; !a.is_pointer && !a.row_bytes)
-      ints_[k] = take_size(numbers, a.values);
+    if (const Argument& a = operation.arguments[k]; a.is_size()) ints_[k] = take_size(numbers, a.values);
   const bool equal_steps = numbers.take(1) % 4 == 0;
   const uint32_t shared = numbers.take(2);
   int64_t widest = 0;
@@ -191,19 +189,16 @@ void Case::check(int threads) const {
   std::vector<Arguments> found;
   for (int t = 0; t < threads; ++t) found.push_back(make_arguments(true, t ? &found[0] : nullptr));
   std::vector<int64_t> results(size_t(threads), 0);
-  if (threads == 1) {
-    results[0] = operation.run(found[0].slots.data());
-  } else {
-    std::vector<std::thread> running;
-    for (size_t t = 0; t < size_t(threads); ++t)
-      running.emplace_back([&, t] { results[t] = operation.run(found[t].slots.data()); });
-    for (std::thread& t : running) t.join();
-  }
+  std::vector<std::thread> others;
+  for (size_t t = 1; t < size_t(threads); ++t)
+    others.emplace_back([&, t] { results[t] = operation.run(found[t].slots.data()); });
+  results[0] = operation.run(found[0].slots.data());
+  for (std::thread& t : others) t.join();
   for (size_t t = 0; t < size_t(threads); ++t) expect(found[t], results[t], expected, expected_result);
 }
 
 void Case::expect(const Arguments& found, int64_t result, const Arguments& expected, int64_t expected_result) const {
-  if (result != expected_result) fail("returned %lld", static_cast<long long>(result));
+  if (result != expected_result) fail("returned " + std::to_string(result));
   for (size_t i = 0; i < blocks_.size(); ++i) {
     const Block& b = blocks_[i];
     uint8_t* const memory = found.blocks[i].get();
@@ -213,18 +208,13 @@ void Case::expect(const Arguments& found, int64_t result, const Arguments& expec
     const uint8_t* const right = expected.blocks[i].get() + model_room;
     const auto at = std::mismatch(memory, memory + b.contents.size(), right).first - memory;
     if (at != int64_t(b.contents.size()))
-      fail("block %zu, byte %lld is %d instead of %d", i, static_cast<long long>(at - b.pointer), memory[at],
-           right[at]);
+      fail("block " + std::to_string(i) + ", byte " + std::to_string(at - b.pointer) + " is " +
+           std::to_string(memory[at]) + " instead of " + std::to_string(right[at]));
   }
 }
 
-void Case::fail(const char* what, ...) const {
-  std::fprintf(stderr, "%s: ", call(all_operations()[number_], ints_).c_str());
-  va_list values;
-  va_start(values, what);
-  std::vfprintf(stderr, what, values);
-  va_end(values);
-  std::fprintf(stderr, "\n");
+void Case::fail(const std::string& what) const {
+  std::fprintf(stderr, "%s: %s\n", call(all_operations()[number_], ints_).c_str(), what.c_str());
   std::abort();
 }
 

@@ -44,8 +44,7 @@ TEST(SumAbsDiff, WrapsAtThirtyTwoBits) {
 TEST_OPERATIONS(OverlappedMC, WeighsThePredictionsOfTheNeighbours) {
   // The predictions in the order of the arguments, from the first of ten coordinates on.
   const auto reference = [](int first) {
-    Argument argument = plane(1, eight, eight);
-    argument.spans = [=](Ints n) {
+    return test::touching<uint8_t>([=](Ints n) {
       std::vector<test::Span> spans;
       for (int k = 0; k < 5; ++k) {
         const auto first_row = int32_t(uint32_t(n[size_t(first + 2 * k + 1)]) * uint32_t(n[1]));
@@ -53,8 +52,7 @@ TEST_OPERATIONS(OverlappedMC, WeighsThePredictionsOfTheNeighbours) {
           spans.push_back({first_row + 2 * row * n[1] + n[size_t(first + 2 * k)], 15});
       }
       return spans;
-    };
-    return argument;
+    });
   };
   const auto fifteen = [](Ints) { return 15; };
   const Argument position[] = {size({0, 5}), size({0, -7}), size({3}), size({-2, 4}), size({0, -20}),

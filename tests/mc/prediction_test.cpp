@@ -5,7 +5,8 @@
 #include "operation.h"
 #include "plain.h"
 
-using test::Argument, test::buffer, test::Count, test::Ints, test::Operation, test::plane, test::size, test::step;
+using test::Argument, test::buffer, test::Count, test::Ints, test::Operation, test::plane, test::size, test::step,
+    test::touching;
 
 namespace {
 
@@ -35,15 +36,13 @@ Count area(Count columns, Count rows) {
 
 /// Rows and, at a distance that argument `below` tells, the rows below them.
 Argument plane_and_below(int step, int below, Count columns, Count rows) {
-  Argument argument = plane(step, columns, rows);
-  argument.spans = [=](Ints n) {
+  return touching<uint8_t>([=](Ints n) {
     std::vector<test::Span> spans;
     for (int64_t row = 0; row < rows(n); ++row)
       for (int64_t offset : {int64_t(0), int64_t(n[size_t(below)])})
         spans.push_back({row * n[size_t(step)] + offset, columns(n)});
     return spans;
-  };
-  return argument;
+  });
 }
 
 // Arguments (pSrc, pDst, step, width, height), with so many columns read beyond those written.
@@ -89,12 +88,11 @@ TEST_OPERATIONS(Prediction, WidensToPackedBlocks) {
             size(heights)};
   };
   // The packed rows of an odd width leave their last element alone.
-  Argument pairs = buffer<int16_t>(area(multiple_of(2, 3), rows(4, multiple_of(2, 3))));
-  pairs.spans = [](Ints n) {
+  const Argument pairs = touching<int16_t>([](Ints n) {
     std::vector<test::Span> spans;
     for (int64_t row = 0; row < n[4]; ++row) spans.push_back({2 * row * n[3], std::max(n[3] / 2, 0) * 4});
     return spans;
-  };
+  });
   const Argument even_columns = plane(1, multiple_of(2, 3), rows(4, multiple_of(2, 3)));
   test::check({
       OPERATION(CopyRef_8U_16S, {even_columns, step(multiple_of(2, 3)), pairs, size(widths), size(heights)},

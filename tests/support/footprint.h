@@ -11,8 +11,7 @@ namespace test {
 
 class Footprint {
  public:
-  /// Of a function by its name, or null where the page has none.
-  static const Footprint* of(const std::string& function);
+  /// By the names of the functions.
   static const std::map<std::string, Footprint>& all();
 
   struct Bytes {
@@ -27,8 +26,6 @@ class Footprint {
   };
   /// The bytes of an argument for these values of the parameters.
   std::vector<Rows> rows(const std::string& argument, const std::map<std::string, int64_t>& values) const;
-  /// The same in order and without gaps between them.
-  std::vector<Span> spans(const std::string& argument, const std::map<std::string, int64_t>& values) const;
 };
 
 struct Parameter {

@@ -100,33 +100,22 @@ class Checker {
 
   void run() {
     for (const Argument& a : op_.arguments) {
-      if (is_size(a)) combinations_ *= a.values.size();
+      if (a.is_size()) combinations_ *= a.values.size();
       if (a.row_bytes) ++step_arguments_;
     }
     std::vector<int> ints(op_.arguments.size(), 0);
-    sizes(0, ints);
+    for_all_sizes(op_.arguments, ints, [&] {
+      ++combination_;
+      if (!few_cases || among(24)) placements(ints);
+      if (!few_cases && among(24)) far_rows(ints);
+      if (!few_cases && among(4)) extremes(ints);
+    });
     if (digest_file) std::ofstream(digest_file, std::ios::app) << op_.name << " " << digest_ << "\n";
   }
 
  private:
   /// Whether the combination of sizes at hand is among so many, which are spread evenly.
   bool among(uint64_t count) const { return combination_ * 7919 % combinations_ < count; }
-
-  void sizes(size_t k, std::vector<int>& ints) {
-    if (k == op_.arguments.size()) {
-      ++combination_;
-      if (!few_cases || among(24)) placements(ints);
-      if (!few_cases && among(24)) far_rows(ints);
-      if (!few_cases && among(4)) extremes(ints);
-      return;
-    }
-    const Argument& a = op_.arguments[k];
-    if (a.is_pointer || a.row_bytes) return sizes(k + 1, ints);
-    for (int value : a.values) {
-      ints[k] = value;
-      sizes(k + 1, ints);
-    }
-  }
 
   void placements(std::vector<int>& ints) {
     for (int turn : {0, 1, 2}) {
@@ -185,12 +174,10 @@ class Checker {
 
   /// No numbers below 1 where none has a meaning.
   static std::vector<int> extremes_of(const Argument& a) {
-    if (!is_size(a)) return {};
+    if (!a.is_size()) return {};
     if (*std::min_element(a.values.begin(), a.values.end()) > 0) return {INT_MAX - 1, INT_MAX};
     return {INT_MIN, INT_MIN + 1, INT_MAX - 1, INT_MAX};
   }
-
-  static bool is_size(const Argument& a) { return !a.is_pointer && !a.row_bytes; }
 
   static bool little(const std::vector<Footprint::Rows>& rows) {
     return std::all_of(rows.begin(), rows.end(), [](const Footprint::Rows& r) {
@@ -379,28 +366,12 @@ std::vector<Operation> collect() {
   return operations;
 }
 
-Argument plane(int step, Count columns, Count rows, Fill fill) {
-  Argument argument;
-  argument.is_pointer = true;
-  argument.fill = fill;
-  argument.spans = [=](Ints n) {
+Argument plane(int step, Count columns, Count rows) {
+  return touching<uint8_t>([=](Ints n) {
     std::vector<Span> spans;
     for (int64_t row = 0; row < rows(n); ++row) spans.push_back({row * n[size_t(step)], columns(n)});
     return spans;
-  };
-  return argument;
-}
-
-Argument size(std::vector<int> values) {
-  Argument argument;
-  argument.values = std::move(values);
-  return argument;
-}
-
-Argument step(Count row_bytes) {
-  Argument argument;
-  argument.row_bytes = std::move(row_bytes);
-  return argument;
+  });
 }
 
 std::vector<int> row_lengths() {

@@ -22,6 +22,7 @@ using Random = std::mt19937;
 struct Span {
   int64_t offset;
   int64_t bytes;
+  bool operator==(const Span&) const = default;
 };
 using Spans = std::function<std::vector<Span>(Ints)>;
 
@@ -32,10 +33,12 @@ using Fill = std::function<void(Random&, Data, uint8_t* bytes, int64_t count)>;
 /// One argument of an operation, in the order of its parameters.
 struct Argument {
   bool is_pointer = false;
-  Spans spans;              // pointers: what may be touched, exactly
-  Fill fill;                // pointers that are read
-  std::vector<int> values;  // sizes: what to try
-  Count row_bytes;          // steps: the bytes of one row, of which the step is then at least as large
+  Spans spans = {};              // pointers: what may be touched, exactly
+  Fill fill = {};                // pointers that are read
+  std::vector<int> values = {};  // sizes: what to try
+  Count row_bytes = {};          // steps: the bytes of one row, of which the step is then at least as large
+
+  bool is_size() const { return !is_pointer && !row_bytes; }
 };
 
 /// The destination is tried at these distances in bytes from the source, in the same memory.
@@ -44,9 +47,15 @@ struct Overlap {
   std::vector<int> distances;
 };
 
+/// Becomes the argument that a function takes in its place.
 union Slot {
   void* pointer;
   int number;
+  template <class T>
+  operator T*() const {
+    return static_cast<T*>(pointer);
+  }
+  operator int() const { return number; }
 };
 struct Call : std::function<int64_t(const Slot*)> {
   std::vector<bool> only_reads;  // by argument: a pointer to const
@@ -98,14 +107,21 @@ Fill range(T lo, T hi) {
   };
 }
 
-/// A contiguous run of count elements, filled with any value of T unless told otherwise.
 template <class T>
-Argument buffer(Count count, Fill fill = range<T>(std::numeric_limits<T>::min(), std::numeric_limits<T>::max())) {
-  Argument argument;
-  argument.is_pointer = true;
-  argument.spans = [count](Ints n) { return std::vector<Span>{{0, count(n) * int64_t(sizeof(T))}}; };
-  argument.fill = fill;
-  return argument;
+Fill any() {
+  return range<T>(std::numeric_limits<T>::min(), std::numeric_limits<T>::max());
+}
+
+/// Bytes filled with elements of type T.
+template <class T>
+Argument touching(Spans spans, Fill fill = any<T>()) {
+  return {.is_pointer = true, .spans = std::move(spans), .fill = std::move(fill)};
+}
+
+/// A contiguous run of count elements.
+template <class T>
+Argument buffer(Count count, Fill fill = any<T>()) {
+  return touching<T>([=](Ints n) { return std::vector<Span>{{0, count(n) * int64_t(sizeof(T))}}; }, fill);
 }
 
 /// As many elements as `elements` makes of the size at that position, `each` times.
@@ -118,12 +134,23 @@ inline int64_t pairs(int len) { return whole(len) / 2; }
 inline int64_t pixels_of_pairs(int len) { return 2 * pairs(len); }
 
 /// Rows of 8-bit samples at the distance that integer argument `step` tells.
-Argument plane(int step, Count columns, Count rows, Fill fill = range<uint8_t>(0, 255));
+Argument plane(int step, Count columns, Count rows);
 
-Argument size(std::vector<int> values);
+inline Argument size(std::vector<int> values) { return {.values = std::move(values)}; }
 
 /// A step for rows of that many bytes.
-Argument step(Count row_bytes);
+inline Argument step(Count row_bytes) { return {.row_bytes = std::move(row_bytes)}; }
+
+/// Calls one(ints) with every combination of the sizes from the k-th argument on.
+template <class One>
+void for_all_sizes(const std::vector<Argument>& arguments, std::vector<int>& ints, const One& one, size_t k = 0) {
+  while (k < arguments.size() && !arguments[k].is_size()) ++k;
+  if (k == arguments.size()) return one();
+  for (int value : arguments[k].values) {
+    ints[k] = value;
+    for_all_sizes(arguments, ints, one, k + 1);
+  }
+}
 
 /// Sizes around what vector loops and their tails care for: below the minimum, up to a few vectors, longer rows.
 std::vector<int> row_lengths();
@@ -131,15 +158,7 @@ std::vector<int> row_lengths();
 template <class R, class... A>
 Call erase(R (*function)(A...)) {
   const auto call = [function](const Slot* slots) {
-    return [&]<size_t... k>(std::index_sequence<k...>) {
-      auto get = [&]<class T>(const Slot& slot, T*) {
-        if constexpr (std::is_pointer_v<T>)
-          return static_cast<T>(slot.pointer);
-        else
-          return slot.number;
-      };
-      return int64_t(function(get(slots[k], static_cast<A*>(nullptr))...));
-    }
+    return [&]<size_t... k>(std::index_sequence<k...>) { return int64_t(function(slots[k]...)); }
     (std::index_sequence_for<A...>{});
   };
   return {call, {std::is_const_v<std::remove_pointer_t<A>>...}};

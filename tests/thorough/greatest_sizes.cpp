@@ -45,28 +45,23 @@ class Repeated {
   void* map_;
 };
 
-/// Tries all other sizes from k on and keeps those with the least work, if it is much. Rows have no padding, long ones
-/// no distance at all.
-void find_sizes(const Operation& op, size_t great, size_t k, std::vector<int>& ints, std::vector<int>& best,
-                int64_t& least) {
-  if (k < ints.size()) {
-    const Argument& a = op.arguments[k];
-    if (a.is_pointer || a.row_bytes || k == great) return find_sizes(op, great, k + 1, ints, best, least);
-    for (int value : a.values) {
-      ints[k] = value;
-      find_sizes(op, great, k + 1, ints, best, least);
-    }
-    return;
-  }
-  for (size_t i = 0; i < k; ++i)
-    if (op.arguments[i].row_bytes) {
-      const int64_t row = op.arguments[i].row_bytes(ints);
-      ints[i] = row > 0 && row <= 4096 ? int(row) : 0;
-    }
-  int64_t work = 0;
-  for (const auto& rows : rows_by_manual(op, ints))
-    for (const Footprint::Rows& r : rows) work += std::max<int64_t>(r.count, 0) * std::max<int64_t>(r.bytes, 0);
-  if (work > 1 << 24 && work < least) least = work, best = ints;
+/// Those with the least work, if it is much, where one is great. Rows have no padding, long ones no distance at all.
+std::vector<int> find_sizes(Operation op, size_t great, int value) {
+  op.arguments[great].values = {value};
+  std::vector<int> ints(op.arguments.size(), 0), best;
+  int64_t least = INT64_MAX;
+  for_all_sizes(op.arguments, ints, [&] {
+    for (size_t k = 0; k < ints.size(); ++k)
+      if (op.arguments[k].row_bytes) {
+        const int64_t row = op.arguments[k].row_bytes(ints);
+        ints[k] = row > 0 && row <= 4096 ? int(row) : 0;
+      }
+    int64_t work = 0;
+    for (const auto& rows : rows_by_manual(op, ints))
+      for (const Footprint::Rows& r : rows) work += std::max<int64_t>(r.count, 0) * std::max<int64_t>(r.bytes, 0);
+    if (work > 1 << 24 && work < least) least = work, best = ints;
+  });
+  return best;
 }
 
 int64_t extent(const std::vector<Footprint::Rows>& rows) {
@@ -118,14 +113,11 @@ int main(int argc, char** argv) {
   for (const Operation& op : all_operations())
     for (size_t k = 0; k < op.arguments.size(); ++k) {
       if (argc > 1 && op.name.find(argv[1]) == std::string::npos) continue;
-      if (op.arguments[k].is_pointer || op.arguments[k].row_bytes || done.contains({op.name, k})) continue;
+      if (!op.arguments[k].is_size() || done.contains({op.name, k})) continue;
       if (op.name.find("2ARGB") != std::string::npos) continue;  // 2ABGR with its bytes in another order
       // There is no more than 2 GiB of scratch memory for the two that need it.
       const bool scratch = op.name.starts_with("ColorYCC2") && op.name.ends_with("420_BL_8U");
-      std::vector<int> ints(op.arguments.size(), 0), sizes;
-      ints[k] = (scratch ? 536870888 : INT_MAX) - int(done.size() % 2);
-      int64_t least = INT64_MAX;
-      find_sizes(op, k, 0, ints, sizes, least);
+      const auto sizes = find_sizes(op, k, (scratch ? 536870888 : INT_MAX) - int(done.size() % 2));
       if (sizes.empty()) continue;
       done.insert({op.name, k});
       std::printf("%s: ", call(op, sizes).c_str());
