@@ -17,12 +17,21 @@ int64_t block(Ints) { return 64; }
 
 /// A block of which one 8-byte run is read in each of the upper four rows.
 Argument quarter_block() {
-  Argument argument = buffer<int16_t>(block);
-  argument.spans = [](Ints) { return std::vector<test::Span>{{0, 8}, {16, 8}, {32, 8}, {48, 8}}; };
-  return argument;
+  return test::touching<int16_t>([](Ints) { return std::vector<test::Span>{{0, 8}, {16, 8}, {32, 8}, {48, 8}}; });
 }
 Argument dc() {
   return buffer<int16_t>([](Ints) { return 1; });
+}
+
+Block block_of(decltype(pqx_Video_DCT8x8Inv_16S)* transform, const Block& in) {
+  Block out;
+  transform(in.data(), out.data());
+  return out;
+}
+Pixels pixels_of(decltype(pqx_Video_DCT8x8Inv_16S_8U)* transform, const Block& in) {
+  Pixels out;
+  transform(in.data(), out.data(), 8);
+  return out;
 }
 
 // In place, by whole rows and by odd bytes, upward and downward.
@@ -50,9 +59,7 @@ TEST(Dct8x8, RoundsForwardAsTheTypesDecide) {
     std::vector<int16_t> first;
   } cases[] = {{1, {0}}, {4, {1}}, {12, {1, 2, 2, 2, 1, 1, 1, 0}}, {-4, {0, -1, -1}}, {-20, {-2}}};
   for (const auto& c : cases) {
-    const Block in = {c.sample};
-    Block out;
-    pqx_Video_DCT8x8Fwd_16S(in.data(), out.data());
+    const Block out = block_of(pqx_Video_DCT8x8Fwd_16S, {c.sample});
     EXPECT_TRUE(std::equal(c.first.begin(), c.first.end(), out.begin())) << c.sample;
   }
   for (int pixel : {1, 128, 255}) {
@@ -69,12 +76,10 @@ TEST(Dct8x8, TransformsSamplesOfAnyWidth) {
   std::mt19937 random(2);
   for (int turn = 0; turn < 50000; ++turn) {
     const int width = 1 + turn % 16, outliers[] = {256, 255, -256, -257, 511, 512, 767, 32767, -32768};
-    Block in, out, expected;
+    Block in;
     for (int16_t& x : in) x = int16_t(int(random() >> (32 - width)) - (1 << (width - 1)));
     if (turn % 3 == 0) in[random() % 64] = int16_t(outliers[random() % 9]);
-    pqx_Video_DCT8x8Fwd_16S(in.data(), out.data());
-    plain::DCT8x8Fwd_16S(in.data(), expected.data());
-    ASSERT_EQ(out, expected) << width;
+    ASSERT_EQ(block_of(pqx_Video_DCT8x8Fwd_16S, in), block_of(plain::DCT8x8Fwd_16S, in)) << width;
   }
 }
 
@@ -88,20 +93,13 @@ TEST(Dct8x8, InvertsEveryLoneDc) {
       {2044, 255, 255, 256, 255}};
   for (int value = -32768; value < 32768; ++value) {
     const Block in = {int16_t(value)};
-    Block full, quarter, dc_form, expected;
-    Pixels pixels, quarter_pixels, dc_pixels, expected_pixels;
-    pqx_Video_DCT8x8Inv_16S(in.data(), full.data());
-    pqx_Video_DCT8x8Inv_1Q_16S(in.data(), quarter.data());
-    pqx_Video_DCT8x8Inv_DC_16S(in.data(), dc_form.data());
-    pqx_Video_DCT8x8Inv_16S_8U(in.data(), pixels.data(), 8);
-    pqx_Video_DCT8x8Inv_1Q_16S_8U(in.data(), quarter_pixels.data(), 8);
-    pqx_Video_DCT8x8Inv_DC_16S_8U(in.data(), dc_pixels.data(), 8);
-    plain::DCT8x8Inv_16S(in.data(), expected.data());
-    plain::DCT8x8Inv_16S_8U(in.data(), expected_pixels.data(), 8);
-    ASSERT_EQ(full, expected) << value;
-    ASSERT_EQ(quarter, expected) << value;
-    ASSERT_EQ(pixels, expected_pixels) << value;
-    ASSERT_EQ(quarter_pixels, expected_pixels) << value;
+    const Block full = block_of(pqx_Video_DCT8x8Inv_16S, in), dc_form = block_of(pqx_Video_DCT8x8Inv_DC_16S, in);
+    const Pixels pixels = pixels_of(pqx_Video_DCT8x8Inv_16S_8U, in);
+    const Pixels dc_pixels = pixels_of(pqx_Video_DCT8x8Inv_DC_16S_8U, in);
+    ASSERT_EQ(full, block_of(plain::DCT8x8Inv_16S, in)) << value;
+    ASSERT_EQ(full, block_of(pqx_Video_DCT8x8Inv_1Q_16S, in)) << value;
+    ASSERT_EQ(pixels, pixels_of(plain::DCT8x8Inv_16S_8U, in)) << value;
+    ASSERT_EQ(pixels, pixels_of(pqx_Video_DCT8x8Inv_1Q_16S_8U, in)) << value;
     for (const auto& c : cases)
       if (c.dc == value) {
         EXPECT_EQ(full[63], c.full) << value;
@@ -121,14 +119,8 @@ TEST(Dct8x8, InvertsEverySparseShape) {
     for (int i = 0; i < 64; ++i)
       if ((shape >> (i / 8) & 1) && (shape >> (8 + i % 8) & 1))
         in[i] = int16_t(int(random() % (2 * magnitude)) - magnitude);
-    Block out, expected;
-    Pixels pixels, expected_pixels;
-    pqx_Video_DCT8x8Inv_16S(in.data(), out.data());
-    pqx_Video_DCT8x8Inv_16S_8U(in.data(), pixels.data(), 8);
-    plain::DCT8x8Inv_16S(in.data(), expected.data());
-    plain::DCT8x8Inv_16S_8U(in.data(), expected_pixels.data(), 8);
-    ASSERT_EQ(out, expected) << shape;
-    ASSERT_EQ(pixels, expected_pixels) << shape;
+    ASSERT_EQ(block_of(pqx_Video_DCT8x8Inv_16S, in), block_of(plain::DCT8x8Inv_16S, in)) << shape;
+    ASSERT_EQ(pixels_of(pqx_Video_DCT8x8Inv_16S_8U, in), pixels_of(plain::DCT8x8Inv_16S_8U, in)) << shape;
   }
 }
 
