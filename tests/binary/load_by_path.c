@@ -23,17 +23,9 @@ static int none(const char* name) {
 }
 
 #define FIND(name)                        \
-  decltype_##name* name;                  \
+  __typeof__(name)* name;                 \
   *(void**)&name = dlsym(library, #name); \
   if (!name) return printf("%s is missing\n", #name), 1
-
-typedef pqx_Status decltype_pqx_Video_DCT8x8Fwd_12S_16S(const int16_t*, int16_t*);
-typedef decltype_pqx_Video_DCT8x8Fwd_12S_16S decltype_pqx_Video_DCT16x16Fwd_10S_16S;
-typedef pqx_Status decltype_pqx_Video_ColorRGBA2ABGR_32U(const uint32_t*, int, uint32_t*, int, int, int);
-typedef pqx_Status decltype_pqx_Video_InterpX_Y_XY_8U(const uint8_t*, int, int, int, uint8_t*, uint8_t*, uint8_t*);
-typedef pqx_Status decltype_bilinear(const uint8_t*, const uint8_t*, const uint8_t*, const uint8_t*, const uint8_t*,
-                                     const uint8_t*, const uint8_t*, const uint8_t*, uint8_t*, uint8_t*, int);
-typedef decltype_bilinear decltype_pqx_Video_ColorYCC2RGB420_BL_8U, decltype_pqx_Video_ColorYCC2BGRA420_BL_8U;
 
 int main(int argc, char** argv) {
   if (argc != 3) return 2;

@@ -53,38 +53,24 @@ int one(pqx_Status (*operation)(const Float*, int16_t*), Float state, int c) {
 }
 
 TEST(Quantize, RoundsHalvesUpwardAndWraps) {
-  struct Example {
+  constexpr struct {
     float step;
     int coefficient, level;
-  };
-  for (const auto& [step, coefficient, level] : {Example{2, 5, 3},
-                                                 {2, -5, -2},
-                                                 {2, 3, 2},
-                                                 {2, -3, -1},
-                                                 {2, 7, 4},
-                                                 {2, -7, -3},
-                                                 {3, 100, 33},
-                                                 {3, -100, -33},
-                                                 {-1, 1, -1},
-                                                 {-1, -32768, -32768},
-                                                 {0, 0, -32768},
-                                                 {0, 17, -32768}})
+  } examples[] = {{2, 5, 3},    {2, -5, -2},    {2, 3, 2},   {2, -3, -1},          {2, 7, 4},      {2, -7, -3},
+                  {3, 100, 33}, {3, -100, -33}, {-1, 1, -1}, {-1, -32768, -32768}, {0, 0, -32768}, {0, 17, -32768}};
+  for (const auto& [step, coefficient, level] : examples)
     EXPECT_EQ(one(pqx_Video_Quantize_16S_I, 1 / step, coefficient), level) << coefficient << " / " << step;
   EXPECT_EQ(one(pqx_Video_Quantize_16S_I, 2.4999998f, 1), 3);  // the sum has 8 bits for the fraction
   EXPECT_EQ(one(pqx_Video_Quantize_16S_I, 2.4980f, 1), 2);
 }
 
 TEST(Dequantize, TruncatesAndWraps) {
-  struct Example {
+  constexpr struct {
     double step;
     int level, coefficient;
-  };
-  for (const auto& [step, level, coefficient] : {Example{200, 300, -5536},
-                                                 {32767, -1, -32767},
-                                                 {-1, -32768, -32768},
-                                                 {0, 1234, 0},
-                                                 {2.5, 3, 7},
-                                                 {2.5, -3, -7}})
+  } examples[] = {{200, 300, -5536}, {32767, -1, -32767}, {-1, -32768, -32768},
+                  {0, 1234, 0},      {2.5, 3, 7},         {2.5, -3, -7}};
+  for (const auto& [step, level, coefficient] : examples)
     EXPECT_EQ(one(pqx_Video_DeQuantize_16S_I, step, level), coefficient) << level << " * " << step;
 }
 
