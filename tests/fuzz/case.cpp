@@ -1,6 +1,7 @@
 #include "case.h"
 
 #include <algorithm>
+#include <cstdarg>
 #include <cstdio>
 #include <thread>
 
@@ -198,7 +199,7 @@ void Case::check(int threads) const {
 }
 
 void Case::expect(const Arguments& found, int64_t result, const Arguments& expected, int64_t expected_result) const {
-  if (result != expected_result) fail("returned " + std::to_string(result));
+  if (result != expected_result) fail("returned %lld", static_cast<long long>(result));
   for (size_t i = 0; i < blocks_.size(); ++i) {
     const Block& b = blocks_[i];
     uint8_t* const memory = found.blocks[i].get();
@@ -208,13 +209,18 @@ void Case::expect(const Arguments& found, int64_t result, const Arguments& expec
     const uint8_t* const right = expected.blocks[i].get() + model_room;
     const auto at = std::mismatch(memory, memory + b.contents.size(), right).first - memory;
     if (at != int64_t(b.contents.size()))
-      fail("block " + std::to_string(i) + ", byte " + std::to_string(at - b.pointer) + " is " +
-           std::to_string(memory[at]) + " instead of " + std::to_string(right[at]));
+      fail("block %zu, byte %lld is %d instead of %d", i, static_cast<long long>(at - b.pointer), memory[at],
+           right[at]);
   }
 }
 
-void Case::fail(const std::string& what) const {
-  std::fprintf(stderr, "%s: %s\n", call(all_operations()[number_], ints_).c_str(), what.c_str());
+void Case::fail(const char* what, ...) const {
+  std::fprintf(stderr, "%s: ", call(all_operations()[number_], ints_).c_str());
+  va_list values;
+  va_start(values, what);
+  std::vfprintf(stderr, what, values);
+  va_end(values);
+  std::fprintf(stderr, "\n");
   std::abort();
 }
 

@@ -45,7 +45,7 @@ class Case {
   Block make_block(const std::vector<Span>& spans, int lead) const;
   Arguments make_arguments(bool guarded, const Arguments* sharing) const;
   void expect(const Arguments& found, int64_t result, const Arguments& expected, int64_t expected_result) const;
-  [[noreturn]] void fail(const std::string& what) const;
+  [[noreturn, gnu::format(printf, 2, 3)]] void fail(const char* what, ...) const;
 
   size_t number_;
   std::vector<int> ints_;
