@@ -50,7 +50,7 @@ struct Square {
 };
 
 struct Put {
-  using Squares = Put;
+  using Rows = Put;
   static bool suits(const uint8_t*, int64_t) { return true; }
 
   template <int n, class T>
@@ -65,14 +65,12 @@ struct Put {
 /// one rounding gives: ((a + b + 1) / 2 + d + 1) / 2 = (a + b + 2d + 3) / 4, all rounded down, and likewise for
 /// squares.
 struct Average {
-  /// Into whole registers' places, which need no loads of their own.
-  struct Squares {
+  /// Into aligned rows of 16 samples, which need no loads of their own.
+  struct Rows {
     template <int n>
     static void piece(uint8_t* dst, u8x16 samples) {
-      if constexpr (n == 16)
-        *reinterpret_cast<__m128i*>(dst) = _mm_avg_epu8(samples.v, *reinterpret_cast<const __m128i*>(dst));
-      else
-        Average::piece<n>(dst, samples);
+      static_assert(n == 16);
+      *reinterpret_cast<__m128i*>(dst) = _mm_avg_epu8(samples.v, *reinterpret_cast<const __m128i*>(dst));
     }
   };
   static bool suits(const uint8_t* dst, int64_t step) { return (uintptr_t(dst) | uintptr_t(step)) % 16 == 0; }
@@ -177,7 +175,7 @@ template <int multiple, class To>
                                                             int rows) {
   if (width == rows && !behind_by_a_register(intptr_t(dst) - intptr_t(src))) {
     if (rows == 16 && To::suits(dst, step)) [[likely]]
-      return predict<16, Pair, typename To::Squares>(src, 1, step, dst, step, 16);
+      return predict<16, Pair, typename To::Rows>(src, 1, step, dst, step, 16);
     if (rows == 8) return predict<8, Pair, To>(src, 1, step, dst, step, eight);
   }
   return interpolate_any_across<multiple, To>(src, dst, step, width, rows);
@@ -192,7 +190,7 @@ template <class From, class To>
   if (width != rows || below != step || step < 0 || between)
     return interpolate_any<From, To>(src, dst, below, step, width, rows);
   if (rows == 16 && To::suits(dst, step)) [[likely]]
-    return predict_in_turn<16, From, typename To::Squares>(src, step, dst, step, 16);
+    return predict_in_turn<16, From, typename To::Rows>(src, step, dst, step, 16);
   if (rows == 8) return predict_in_turn<8, From, To>(src, step, dst, step, eight);
   return interpolate_any<From, To>(src, dst, below, step, width, rows);
 }
