@@ -25,9 +25,12 @@ struct ByteChannels {
 
   static ByteChannels load_pixels(const uint8_t* p) {
     if constexpr (n == 3) {
+      // Bytes 0, 1; 2, 0; 1, 2 of two pixels.
       const PixelPairs<3> pairs = load_pixel_pairs<3>(p);
-      const auto channel = [&](int c) { return as<u8x16>(pairs.byte(c) + (pairs.byte(c + 3) << 8)); };
-      return {channel(0), channel(1), channel(2)};
+      const u16x8 c01 = pairs.words[0], c20 = pairs.words[1], c12 = pairs.words[2], even = all_u16(0x00ff),
+                  odd = all_u16(0xff00);
+      return {as<u8x16>((c01 & even) | (c20 & odd)), as<u8x16>(c01 >> 8 | c12 << 8),
+              as<u8x16>((c20 & even) | (c12 & odd))};
     } else if constexpr (n == 2) {
       return split(load<u8x16>(p), load<u8x16>(p + 16));
     } else {
@@ -109,7 +112,7 @@ using ChannelsOf = std::conditional_t<sizeof(T) == 1, ByteChannels<n>, WordChann
 
 /// Calls run(i) so that the runs cover a row of n pixels, the last one overlapping the one before.
 template <int pixels>
-void cover_runs(int64_t n, auto run) {
+[[gnu::always_inline]] inline void cover_runs(int64_t n, auto run) {
 #pragma GCC unroll 2
   for (int64_t i = 0; i < n - pixels; i += pixels) run(i);
   run(n - pixels);
