@@ -13,9 +13,18 @@ namespace pqx::dct {
 struct f64x4 {
   f64x2 low, high;
 };
+/// By way of memory: from there the conversion needs no shuffle. Compilers know it only between registers.
 inline f64x4 widened(f32x4 a) {
-  const __m128i bits = _mm_castps_si128(a.v);
-  return {{_mm_cvtps_pd(a.v)}, {_mm_cvtps_pd(_mm_castsi128_ps(_mm_unpackhi_epi64(bits, bits)))}};
+  struct {
+    struct Two {
+      float at[2];
+    } low, high;
+  } half;
+  store(&half, a);
+  f64x4 wide;
+  asm("cvtps2pd %1, %0" : "=x"(wide.low.v) : "m"(half.low));
+  asm("cvtps2pd %1, %0" : "=x"(wide.high.v) : "m"(half.high));
+  return wide;
 }
 inline f32x4 narrowed(f64x4 a) {
   const __m128i low = _mm_castps_si128(_mm_cvtpd_ps(a.low.v)), high = _mm_castps_si128(_mm_cvtpd_ps(a.high.v));
