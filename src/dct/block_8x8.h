@@ -65,10 +65,10 @@ inline Block load_columns(const uint8_t* src, int64_t step) {
 
 inline f32x4 to_float(i32x4 a) { return {_mm_cvtepi32_ps(a.v)}; }
 
-/// Columns first, first + distance, ... of four rows, whose values are at[column].
-template <int first, int distance>
-[[gnu::always_inline]] inline void four_columns(const Eight<f32x4>& rows, f32x4* to) {
-  const auto column = [&](int k) { return i32x4{_mm_castps_si128(rows.at[first + k * distance].v)}; };
+/// Columns 0, distance, 2 * distance and 3 * distance of four rows, whose values are rows[column].
+template <int distance>
+[[gnu::always_inline]] inline void four_columns(const f32x4* rows, f32x4* to) {
+  const auto column = [&](int k) { return i32x4{_mm_castps_si128(rows[k * distance].v)}; };
   const i32x4 low01 = interleave_low(column(0), column(1)), low23 = interleave_low(column(2), column(3));
   const i32x4 high01 = interleave_high(column(0), column(1)), high23 = interleave_high(column(2), column(3));
   to[0] = {_mm_castsi128_ps(_mm_unpacklo_epi64(low01.v, low23.v))};
@@ -79,8 +79,8 @@ template <int first, int distance>
 template <int first, int distance>
 [[gnu::always_inline]] inline Eight<f32x4> four_columns(const Eight<f32x4>& upper, const Eight<f32x4>& lower) {
   Eight<f32x4> columns;
-  four_columns<first, distance>(upper, columns.at);
-  four_columns<first, distance>(lower, columns.at + 4);
+  four_columns<distance>(upper.at + first, columns.at);
+  four_columns<distance>(lower.at + first, columns.at + 4);
   return columns;
 }
 

@@ -95,12 +95,7 @@ void transform_rows(const int16_t* src, FourLines rows[2]) {
 FourLines transform_columns(const FourLines rows[4], int v) {
   f32x4 x[16];
 #pragma GCC unroll 4
-  for (int y = 0; y < 16; y += 4) {
-    const f32x4* r = rows[y / 4].at + v;
-    __m128 c0 = r[0].v, c1 = r[2].v, c2 = r[4].v, c3 = r[6].v;
-    _MM_TRANSPOSE4_PS(c0, c1, c2, c3);
-    x[y] = {c0}, x[y + 1] = {c1}, x[y + 2] = {c2}, x[y + 3] = {c3};
-  }
+  for (int y = 0; y < 16; y += 4) pqx::four_columns<2>(rows[y / 4].at + v, x + y);
   FourFolded folded;
 #pragma GCC unroll 8
   for (int n = 0; n < 8; ++n) {
