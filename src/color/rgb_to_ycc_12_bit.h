@@ -14,22 +14,25 @@ struct YccFloats {
   Float y, cb, cr;
 };
 
-/// Of one pixel or of four. Every product and sum is rounded, from left to right.
+/// Of one pixel, or of four whose samples come times 2^16, which the factors take back without rounding. Every product
+/// and sum is rounded, from left to right.
 template <class Float>
 YccFloats<Float> ycc_12_bit(Float r, Float g, Float b) {
+  constexpr bool four = std::is_same_v<Float, f32x4>;
   const auto c = [](float x) {
-    if constexpr (std::is_same_v<Float, float>)
-      return x;
-    else
+    if constexpr (four)
       return f32x4{_mm_set1_ps(x)};
+    else
+      return x;
   };
-  return {r * c(0.299f) + g * c(0.587f) + b * c(0.114f), r * c(-0.16874f) - g * c(0.33126f) + b * c(0.5f) + c(2048),
-          r * c(0.5f) - g * c(0.41869f) - b * c(0.08131f) + c(2048)};
+  const auto f = [c](float factor) { return c(four ? factor * 0x1p-16f : factor); };
+  return {r * f(0.299f) + g * f(0.587f) + b * f(0.114f), r * f(-0.16874f) - g * f(0.33126f) + b * f(0.5f) + c(2048),
+          r * f(0.5f) - g * f(0.41869f) - b * f(0.08131f) + c(2048)};
 }
 
-/// The low and high four lanes as floats.
-inline f32x4 low_floats(u16x8 a) { return {_mm_cvtepi32_ps(_mm_srai_epi32(interleave_low(a, a).v, 16))}; }
-inline f32x4 high_floats(u16x8 a) { return {_mm_cvtepi32_ps(_mm_srai_epi32(interleave_high(a, a).v, 16))}; }
+/// The low and high four lanes as floats, times 2^16.
+inline f32x4 low_floats(u16x8 a) { return {_mm_cvtepi32_ps(interleave_low(all_u16(0), a).v)}; }
+inline f32x4 high_floats(u16x8 a) { return {_mm_cvtepi32_ps(interleave_high(all_u16(0), a).v)}; }
 
 /// Truncates toward zero and keeps the low 16 bits. Around `center` the values span no more than 16 bits, so that a
 /// saturating pack serves.
