@@ -30,26 +30,24 @@ YccFloats<Float> ycc_12_bit(Float r, Float g, Float b) {
           r * f(0.5f) - g * f(0.41869f) - b * f(0.08131f) + c(2048)};
 }
 
-/// The low and high four lanes as floats, times 2^16.
-inline f32x4 low_floats(u16x8 a) { return {_mm_cvtepi32_ps(interleave_low(all_u16(0), a).v)}; }
-inline f32x4 high_floats(u16x8 a) { return {_mm_cvtepi32_ps(interleave_high(all_u16(0), a).v)}; }
+/// The even and the odd lanes as floats, times 2^16.
+inline f32x4 even_floats(u16x8 a) { return {_mm_cvtepi32_ps((as<i32x4>(a) << 16).v)}; }
+inline f32x4 odd_floats(u16x8 a) { return {_mm_cvtepi32_ps((as<i32x4>(a) & all_i32(-0x10000)).v)}; }
 
-/// Truncates toward zero and keeps the low 16 bits. Around `center` the values span no more than 16 bits, so that a
-/// saturating pack serves.
-inline i16x8 low_words(f32x4 low, f32x4 high, int center) {
-  const i32x4 a{_mm_cvttps_epi32(low.v)}, b{_mm_cvttps_epi32(high.v)};
-  return pack(a - all_i32(center), b - all_i32(center)) + all_i16(center);
+/// Truncates toward zero and keeps the low 16 bits.
+inline i32x4 words(f32x4 even, f32x4 odd) {
+  return (i32x4{_mm_cvttps_epi32(even.v)} & all_i32(0xffff)) | i32x4{_mm_cvttps_epi32(odd.v)} << 16;
 }
 
 /// Eight pixels of six bytes, which stand in memory as pairs of three-byte pixels do.
 [[gnu::always_inline]] inline void eight_pixels_12_bit(const int16_t* src, int16_t* y, int16_t* cb, int16_t* cr) {
   const PixelPairs<3> p = load_pixel_pairs<3>(reinterpret_cast<const uint8_t*>(src));
   const u16x8 r = p.words[0], g = p.words[1], b = p.words[2];
-  const YccFloats<f32x4> low = ycc_12_bit(low_floats(r), low_floats(g), low_floats(b));
-  const YccFloats<f32x4> high = ycc_12_bit(high_floats(r), high_floats(g), high_floats(b));
-  store(y, low_words(low.y, high.y, 0));
-  store(cb, low_words(low.cb, high.cb, 2048));
-  store(cr, low_words(low.cr, high.cr, 2048));
+  const YccFloats<f32x4> even = ycc_12_bit(even_floats(r), even_floats(g), even_floats(b));
+  const YccFloats<f32x4> odd = ycc_12_bit(odd_floats(r), odd_floats(g), odd_floats(b));
+  store(y, words(even.y, odd.y));
+  store(cb, words(even.cb, odd.cb));
+  store(cr, words(even.cr, odd.cr));
 }
 
 inline void one_pixel_12_bit(const int16_t* src, int16_t* y, int16_t* cb, int16_t* cr) {
