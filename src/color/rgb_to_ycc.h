@@ -176,10 +176,11 @@ template <PixelLayout L>
 /// Calls block(i) for runs of 16 pixels from i on, as far as that pays in a row of 16 or more, and returns how many
 /// pixels are done. All runs start at a multiple of align; the last may overlap the one before it.
 template <int align, class Block>
-int in_blocks(int len, Block block) {
+[[gnu::always_inline]] inline int in_blocks(int len, Block block) {
   constexpr int few = 8;
   const int aligned = len - len % align, done = aligned % 16 > few ? aligned : aligned - aligned % 16;
-  for (int64_t i = 0; i < done; i += 16) block(i < done - 16 ? i : done - 16);
+  for (int64_t i = 0; i < done - 16; i += 16) block(i);
+  block(done - 16);
   return done;
 }
 
