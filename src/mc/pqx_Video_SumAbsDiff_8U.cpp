@@ -16,9 +16,7 @@ template <int size>
   i32x4 sum = {_mm_setzero_si128()};
   int64_t two = 2 * step, three = 3 * step, four = 4 * step;
   asm("" : "+r"(two), "+r"(three), "+r"(four));
-  const auto add = [&](int64_t row) {
-    sum = add_saturated(sum, difference<size>(a + row, b + row));
-  };
+  const auto add = [&](int64_t row) { sum = add_saturated(sum, difference<size>(a + row, b + row)); };
 #pragma GCC unroll 4
   for (int y = 0; y < size; y += 4, a += four, b += four) {
     add(0);

@@ -21,7 +21,7 @@ struct Whole {
 struct Pair {
   template <int n>
   static u8x16 row(const uint8_t* p) {
-    return load_piece<n>(p);
+    return loaded_once(load_piece<n>(p));
   }
   static u8x16 between(u8x16 upper, u8x16 lower) { return mean_up(upper, lower); }
   static uint8_t sample(const uint8_t* p, int64_t other) { return mean_up(p[0], p[other]); }
@@ -57,6 +57,11 @@ struct Put {
   static void piece(T* dst, u8x16 samples) {
     store_piece<n>(dst, samples);
   }
+  template <int n, class T>
+  static void pieces(T* first, u8x16 upper, T* second, u8x16 lower) {
+    piece<n>(first, upper);
+    piece<n>(second, lower);
+  }
   static void sample(uint8_t* dst, uint8_t s) { *dst = s; }
   static void sample(int16_t* dst, uint8_t s) { store_one(dst, int16_t(s)); }
 };
@@ -68,9 +73,13 @@ struct Average {
   /// Into aligned rows of 16 samples, which need no loads of their own.
   struct Rows {
     template <int n>
-    static void piece(uint8_t* dst, u8x16 samples) {
+    static void pieces(uint8_t* first, u8x16 upper, uint8_t* second, u8x16 lower) {
       static_assert(n == 16);
-      *reinterpret_cast<__m128i*>(dst) = _mm_avg_epu8(samples.v, *reinterpret_cast<const __m128i*>(dst));
+      auto& a = *reinterpret_cast<__m128i*>(first);
+      auto& b = *reinterpret_cast<__m128i*>(second);
+      const __m128i x = _mm_avg_epu8(upper.v, a), y = _mm_avg_epu8(lower.v, b);
+      a = x;
+      b = y;
     }
   };
   static bool suits(const uint8_t* dst, int64_t step) { return (uintptr_t(dst) | uintptr_t(step)) % 16 == 0; }
@@ -78,6 +87,12 @@ struct Average {
   template <int n>
   static void piece(uint8_t* dst, u8x16 samples) {
     store_piece<n>(dst, mean_up(samples, load_piece<n>(dst)));
+  }
+  template <int n>
+  static void pieces(uint8_t* first, u8x16 upper, uint8_t* second, u8x16 lower) {
+    const u8x16 x = mean_up(upper, load_piece<n>(first)), y = mean_up(lower, load_piece<n>(second));
+    store_piece<n>(first, x);
+    store_piece<n>(second, y);
   }
   static void sample(uint8_t* dst, uint8_t s) { *dst = mean_up(s, *dst); }
 };
@@ -87,12 +102,21 @@ template <int n, class From, class To, class T>
   To::template piece<n>(dst, From::between(From::template row<n>(src), From::template row<n>(src + below)));
 }
 
-/// n columns of rows that come in fours; `below` is the distance from a sample to the one below it.
+/// n columns of rows that come in fours; `below` is the distance from a sample to the one below it. Two rows are read
+/// before the first of them is written, which keeps loads clear of stores.
 template <int n, class From, class To, class T, class Rows>
 [[gnu::always_inline]] inline pqx_Status predict(const uint8_t* src, int64_t below, int64_t step, T* dst,
                                                  int64_t dst_step, Rows rows) {
+  const auto row = [&](int k) __attribute__((always_inline)) {
+    const uint8_t* p = src + k * step;
+    return From::between(From::template row<n>(p), From::template row<n>(p + below));
+  };
   in_fours(
-      rows, [&](int k) { predict_piece<n, From, To>(src + k * step, below, dst + k * dst_step); },
+      rows,
+      [&](int k) __attribute__((always_inline)) {
+        const u8x16 upper = row(k), lower = row(k + 1);
+        To::template pieces<n>(dst + k * dst_step, upper, dst + (k + 1) * dst_step, lower);
+      },
       [&] { src += 4 * step, dst += 4 * dst_step; });
   return PQX_OK;
 }
@@ -101,14 +125,16 @@ template <int n, class From, class To, class T, class Rows>
 template <int n, class From, class To, class T, class Rows>
 [[gnu::always_inline]] inline pqx_Status predict_in_turn(const uint8_t* src, int64_t step, T* dst, int64_t dst_step,
                                                          Rows rows) {
-  auto upper = From::template row<n>(src);
+  auto above = From::template row<n>(src);
   src += step;
   in_fours(
       rows,
-      [&](int k) {
-        const auto lower = From::template row<n>(src + k * step);
-        To::template piece<n>(dst + k * dst_step, From::between(upper, lower));
-        upper = lower;
+      [&](int k) __attribute__((always_inline)) {
+        const auto middle = From::template row<n>(src + k * step),
+                   below = From::template row<n>(src + (k + 1) * step);
+        const u8x16 upper = From::between(above, middle), lower = From::between(middle, below);
+        To::template pieces<n>(dst + k * dst_step, upper, dst + (k + 1) * dst_step, lower);
+        above = below;
       },
       [&] { src += 4 * step, dst += 4 * dst_step; });
   return PQX_OK;
@@ -151,13 +177,17 @@ template <class To>
 /// A row is read by registers, which must not reach samples that those before them in the row are to change.
 inline bool behind_by_a_register(int64_t distance) { return uint64_t(distance - 1) < 16; }
 
+/// Two rows may be read before the first of them is written, which must not reach into the second.
+inline bool on_the_next_row(int64_t distance) { return uint64_t(distance + 15) < 32; }
+
 /// Interpolates a block of any multiple of four columns into a picture of the same row pitch.
 template <class From, class To>
 [[gnu::noinline]] pqx_Status interpolate_any(const uint8_t* src, uint8_t* dst, int below, int step, int width,
                                              int rows) {
-  const auto ahead = intptr_t(dst) - intptr_t(src);
+  const auto early = [=](int64_t ahead) { return behind_by_a_register(ahead) || on_the_next_row(ahead - step); };
+  const int64_t ahead = intptr_t(dst) - intptr_t(src);
   const int columns = width & ~3;
-  if (behind_by_a_register(ahead) || behind_by_a_register(ahead - below))
+  if (early(ahead) || early(ahead - below))
     return predict_in_order<From, To>(src, below, step, dst, step, columns, rows);
   return predict_any<From, To>(src, below, step, dst, step, columns, rows);
 }
@@ -169,13 +199,20 @@ template <int multiple, class To>
 
 inline constexpr std::integral_constant<int, 8> eight;
 
+/// Whether a square lies clear of the rows that are read before those above them are written: rows go downward, and it
+/// begins nowhere in the four that begin with its source's first.
+inline bool clear_of_rows_ahead(const uint8_t* src, const uint8_t* dst, int64_t step) {
+  return step >= 0 && uint64_t(intptr_t(dst) - intptr_t(src) - 1) >= uint64_t(4 * step);
+}
+
 /// Interpolates between samples side by side; squares of 16 and 8 as fast as can be.
 template <int multiple, class To>
 [[gnu::always_inline]] inline pqx_Status interpolate_across(const uint8_t* src, uint8_t* dst, int step, int width,
                                                             int rows) {
-  if (width == rows && !behind_by_a_register(intptr_t(dst) - intptr_t(src))) {
-    if (rows == 16 && To::suits(dst, step)) [[likely]]
-      return predict<16, Pair, typename To::Rows>(src, 1, step, dst, step, 16);
+  if (width == rows && clear_of_rows_ahead(src, dst, step)) {
+    if (rows == 16)
+      return To::suits(dst, step) ? predict<16, Pair, typename To::Rows>(src, 1, step, dst, step, 16)
+                                  : interpolate_any_across<multiple, To>(src, dst, step, 16, 16);
     if (rows == 8) return predict<8, Pair, To>(src, 1, step, dst, step, eight);
   }
   return interpolate_any_across<multiple, To>(src, dst, step, width, rows);
@@ -185,13 +222,12 @@ template <int multiple, class To>
 template <class From, class To>
 [[gnu::always_inline]] inline pqx_Status interpolate_down(const uint8_t* src, uint8_t* dst, int below, int step,
                                                           int width, int rows) {
-  // Where rows go downward, none of the destination's from behind a row's first sample to where the one below ends.
-  const bool between = uint64_t(intptr_t(dst) - intptr_t(src) - 1) < uint64_t(int64_t(step) + 16);
-  if (width != rows || below != step || step < 0 || between)
-    return interpolate_any<From, To>(src, dst, below, step, width, rows);
-  if (rows == 16 && To::suits(dst, step)) [[likely]]
-    return predict_in_turn<16, From, typename To::Rows>(src, step, dst, step, 16);
-  if (rows == 8) return predict_in_turn<8, From, To>(src, step, dst, step, eight);
+  if (width == rows && below == step && clear_of_rows_ahead(src, dst, step)) {
+    if (rows == 16)
+      return To::suits(dst, step) ? predict_in_turn<16, From, typename To::Rows>(src, step, dst, step, 16)
+                                  : interpolate_any<From, To>(src, dst, step, step, 16, 16);
+    if (rows == 8) return predict_in_turn<8, From, To>(src, step, dst, step, eight);
+  }
   return interpolate_any<From, To>(src, dst, below, step, width, rows);
 }
 

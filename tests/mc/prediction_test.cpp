@@ -13,7 +13,7 @@ namespace {
 const std::vector<int> widths = {
     -2147483647 - 1, -7, 0, 1, 2, 3, 4, 5, 7, 8, 9, 11, 12, 15, 16, 17, 20, 24, 31, 32, 45, 60};
 const std::vector<int> heights = {-2147483647 - 1, -1, 0, 1, 2, 3, 4, 5, 7, 8, 9, 16, 17};
-const std::vector<int> distances = {0,  1,  3,   8,  15, 16,  17,  24,  32,  33,  34,
+const std::vector<int> distances = {0,  1,  3,   8,  15, 16,  17,  24,  32,  33,  34, 43,
                                     60, 64, 100, -1, -8, -15, -16, -17, -24, -40, -90};
 
 /// Columns that a width means, by its position among the arguments.
