@@ -1,6 +1,7 @@
 /// Pieces of a row: 16, 8, 4 or 2 samples at the low end of a register.
 #pragma once
 
+#include <bit>
 #include <type_traits>
 
 #include "common/lanes.h"
@@ -68,16 +69,8 @@ void store_piece(int16_t* p, u8x16 samples) {
 /// Calls piece(n, column) for pieces of n samples that make up a row of a multiple of four.
 template <class Piece>
 [[gnu::always_inline]] inline void in_pieces(int64_t columns, Piece piece) {
-  const std::integral_constant<int, 16> sixteen;
   int64_t x = 0;
-  for (; x + 32 <= columns; x += 32) {
-    piece(sixteen, x);
-    piece(sixteen, x + 16);
-  }
-  if (columns & 16) {
-    piece(sixteen, x);
-    x += 16;
-  }
+  for (; x + 16 <= columns; x += 16) piece(std::integral_constant<int, 16>(), x);
   if (columns & 8) {
     piece(std::integral_constant<int, 8>(), x);
     x += 8;
@@ -85,24 +78,44 @@ template <class Piece>
   if (columns & 4) piece(std::integral_constant<int, 4>(), x);
 }
 
-/// Whether a number of rows is a multiple of four and not negative.
-inline bool comes_in_fours(int rows) { return (rows & (INT32_MIN | 3)) == 0; }
+/// A number of rows that come in fours.
+class Fours {
+ public:
+  explicit Fours(int rows) : count_(std::rotr(uint32_t(rows), 2)) {}
 
-/// Such a number of rows: two(k) does the k-th of those ahead and the one after, next() moves on by four.
-template <class Two, class Next>
-[[gnu::always_inline]] inline void in_fours(int rows, Two two, Next next) {
-  for (int fours = rows >> 2; fours > 0; --fours, next()) {
-    two(0);
-    two(2);
+  /// The fewest that hold one row or more.
+  static Fours holding(int rows) {
+    Fours fours(rows);
+    fours.count_ = ((uint32_t(rows) - 1) >> 2) + 1;
+    return fours;
   }
-}
+
+  /// Whether they do, and there are any: otherwise one of the lowest bits moved to the top, or the sign lies below it.
+  bool valid() const { return count_ - 1 < (1u << 29) - 1; }
+
+  /// two(k) does the k-th of the rows ahead and the one after, next() moves on by four.
+  template <class Two, class Next>
+  [[gnu::always_inline]] void each(Two two, Next next) const {
+    uint32_t left = count_;
+    do {
+      two(0);
+      two(2);
+      next();
+    } while (--left > 0);
+  }
+
+ private:
+  uint32_t count_;
+};
 
 /// Eight rows, without a loop.
-template <class Two, class Next>
-[[gnu::always_inline]] inline void in_fours(std::integral_constant<int, 8>, Two two, Next) {
+struct Eight {
+  template <class Two, class Next>
+  [[gnu::always_inline]] void each(Two two, Next) const {
 #pragma GCC unroll 4
-  for (int k = 0; k < 8; k += 2) two(k);
-}
+    for (int k = 0; k < 8; k += 2) two(k);
+  }
+};
 
 inline uint8_t mean_up(uint8_t a, uint8_t b) { return uint8_t((a + b + 1) >> 1); }
 using pqx::mean_up;

@@ -21,16 +21,33 @@ struct AveragedIn {
   static auto of(auto a, auto b, auto d) { return mean_up(First::of(a, b, d), d); }
 };
 
+template <int n, class Rule>
+[[gnu::always_inline]] inline u8x16 mean_of(const uint8_t* a, const uint8_t* b, const uint8_t* d) {
+  return Rule::of(loaded_once(load_piece<n>(a)), loaded_once(load_piece<n>(b)), load_piece<n>(d));
+}
+
 /// n columns in bands of four rows.
 template <int n, class Rule>
-[[gnu::always_inline]] inline pqx_Status average_rows(const uint8_t* a, int64_t a_step, const uint8_t* b,
-                                                      int64_t b_step, uint8_t* d, int64_t d_step, int height) {
+pqx_Status average_rows(const uint8_t* a, int64_t a_step, const uint8_t* b, int64_t b_step, uint8_t* d,
+                        int64_t d_step, int64_t height) {
+  for (int64_t rows = (height + 3) & ~3; rows > 0; --rows, a += a_step, b += b_step, d += d_step)
+    store_piece<n>(d, mean_of<n, Rule>(a, b, d));
+  return PQX_OK;
+}
+/// The same where all rows are as far apart.
+template <int n, class Rule>
+[[gnu::always_inline]] inline pqx_Status average_rows(const uint8_t* a, const uint8_t* b, uint8_t* d, int64_t step,
+                                                      int height) {
   if (height < 1) return PQX_OK;
-  for (int pairs = (((height - 1) >> 2) + 1) * 2; pairs > 0; --pairs) {
-#pragma GCC unroll 2
-    for (int k = 0; k < 2; ++k, a += a_step, b += b_step, d += d_step)
-      store_piece<n>(d, Rule::of(loaded_once(load_piece<n>(a)), loaded_once(load_piece<n>(b)), load_piece<n>(d)));
-  }
+  Fours::holding(height).each(
+      [&](int k) __attribute__((always_inline)) {
+        const int64_t first = k * step, second = first + step;
+        const u8x16 upper = mean_of<n, Rule>(a + first, b + first, d + first);
+        const u8x16 lower = mean_of<n, Rule>(a + second, b + second, d + second);
+        store_piece<n>(d + first, upper);
+        store_piece<n>(d + second, lower);
+      },
+      [&] { a += 4 * step, b += 4 * step, d += 4 * step; });
   return PQX_OK;
 }
 
@@ -57,9 +74,9 @@ template <class Rule>
 template <class Rule>
 [[gnu::always_inline]] inline pqx_Status average(const uint8_t* a, int a_step, const uint8_t* b, int b_step,
                                                  uint8_t* d, int d_step, int width, int height) {
-  if (d != a && d != b) {
-    if (width == 8) return average_rows<8, Rule>(a, a_step, b, b_step, d, d_step, height);
-    if (width == 16) return average_rows<16, Rule>(a, a_step, b, b_step, d, d_step, height);
+  if (d_step == a_step && d_step == b_step) {
+    if (width == 8) return average_rows<8, Rule>(a, b, d, d_step, height);
+    if (width == 16) return average_rows<16, Rule>(a, b, d, d_step, height);
   }
   return average_any<Rule>(a, a_step, b, b_step, d, d_step, width, height);
 }

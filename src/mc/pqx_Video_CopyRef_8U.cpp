@@ -3,8 +3,9 @@
 
 pqx_Status pqx_Video_CopyRef_8U(const uint8_t* pSrc, uint8_t* pDst, int step, int width, int height) {
   using namespace pqx::mc;
-  if (!comes_in_fours(height)) return copy_any<Put>(pSrc, pDst, step, width == 8 ? 8 : 16, height);
-  if (width == 8) return predict<8, Whole, Put>(pSrc, 0, step, pDst, step, height);
-  return predict<16, Whole, Put>(pSrc, 0, step, pDst, step, height);
+  const Fours fours(height);
+  if (!fours.valid()) return copy_any<Put>(pSrc, pDst, step, width == 8 ? 8 : 16, height);
+  if (width == 8) return predict<8, Whole, Put>(pSrc, 0, step, pDst, step, fours);
+  return predict<16, Whole, Put>(pSrc, 0, step, pDst, step, fours);
 }
 PQX_SECOND_NAME(pqx_Video_CopyRef_8U);

@@ -25,17 +25,25 @@ namespace {
   return PQX_OK;
 }
 
+[[gnu::noinline]] pqx_Status copy_any(const uint8_t* src, int step, int16_t* dst, int width, int height) {
+  if (width == 16 && clear_of<16>(src, step, dst, height))
+    return predict_strip<16, Whole, Put>(src, 0, step, dst, 16, height);
+  if (width == 8 && clear_of<8>(src, step, dst, height))
+    return predict_strip<8, Whole, Put>(src, 0, step, dst, 8, height);
+  return copy_pairs(src, step, dst, width, height);
+}
+
 }  // namespace
 }  // namespace pqx::mc
 
 pqx_Status pqx_Video_CopyRef_8U_16S(const uint8_t* pSrc, int srcStep, int16_t* pDst, int width, int height) {
   using namespace pqx::mc;
   if (width == height) {
-    if (width == 16 && clear_of<16>(pSrc, srcStep, pDst)) [[likely]]
-      return predict<16, Whole, Put>(pSrc, 0, srcStep, pDst, 16, 16);
-    if (width == 8 && clear_of<8>(pSrc, srcStep, pDst))
-      return predict<8, Whole, Put>(pSrc, 0, srcStep, pDst, 8, eight);
+    if (width == 16 && clear_of<16>(pSrc, srcStep, pDst, 16)) [[likely]]
+      return predict<16, Whole, Put>(pSrc, 0, srcStep, pDst, 16, Fours(16));
+    if (width == 8 && clear_of<8>(pSrc, srcStep, pDst, 8))
+      return predict<8, Whole, Put>(pSrc, 0, srcStep, pDst, 8, Eight());
   }
-  return copy_pairs(pSrc, srcStep, pDst, width, height);
+  return copy_any(pSrc, srcStep, pDst, width, height);
 }
 PQX_SECOND_NAME(pqx_Video_CopyRef_8U_16S);

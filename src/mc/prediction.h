@@ -111,8 +111,7 @@ template <int n, class From, class To, class T, class Rows>
     const uint8_t* p = src + k * step;
     return From::between(From::template row<n>(p), From::template row<n>(p + below));
   };
-  in_fours(
-      rows,
+  rows.each(
       [&](int k) __attribute__((always_inline)) {
         const u8x16 upper = row(k), lower = row(k + 1);
         To::template pieces<n>(dst + k * dst_step, upper, dst + (k + 1) * dst_step, lower);
@@ -121,14 +120,13 @@ template <int n, class From, class To, class T, class Rows>
   return PQX_OK;
 }
 
-/// The same where the row below is the next row: each is loaded once for both of its uses. There are at least four.
+/// The same where the row below is the next row: each is loaded once for both of its uses.
 template <int n, class From, class To, class T, class Rows>
 [[gnu::always_inline]] inline pqx_Status predict_in_turn(const uint8_t* src, int64_t step, T* dst, int64_t dst_step,
                                                          Rows rows) {
   auto above = From::template row<n>(src);
   src += step;
-  in_fours(
-      rows,
+  rows.each(
       [&](int k) __attribute__((always_inline)) {
         const auto middle = From::template row<n>(src + k * step),
                    below = From::template row<n>(src + (k + 1) * step);
@@ -140,22 +138,31 @@ template <int n, class From, class To, class T, class Rows>
   return PQX_OK;
 }
 
-/// A block of any number of rows and of a multiple of four columns.
+/// n columns of any number of rows.
+template <int n, class From, class To, class T>
+[[gnu::always_inline]] inline pqx_Status predict_strip(const uint8_t* src, int64_t below, int64_t step, T* dst,
+                                                       int64_t dst_step, int rows) {
+  for (; rows % 4 > 0; --rows, src += step, dst += dst_step) predict_piece<n, From, To>(src, below, dst);
+  if (const Fours fours(rows); fours.valid()) return predict<n, From, To>(src, below, step, dst, dst_step, fours);
+  return PQX_OK;
+}
+template <int n, class From, class To, class T>
+[[gnu::always_inline]] inline pqx_Status predict_strip_in_turn(const uint8_t* src, int64_t step, T* dst,
+                                                               int64_t dst_step, int rows) {
+  for (; rows % 4 > 0; --rows, src += step, dst += dst_step) predict_piece<n, From, To>(src, step, dst);
+  if (const Fours fours(rows); fours.valid()) return predict_in_turn<n, From, To>(src, step, dst, dst_step, fours);
+  return PQX_OK;
+}
+
+/// A multiple of four columns, strip by strip.
 template <class From, class To, class T>
 [[gnu::always_inline]] inline pqx_Status predict_any(const uint8_t* src, int64_t below, int64_t step, T* dst,
                                                      int64_t dst_step, int columns, int rows) {
-  if (columns == 16 || columns == 8) {
-    const auto pieces = [&](auto n) __attribute__((always_inline)) {
-      for (; rows % 4 > 0; --rows, src += step, dst += dst_step) predict_piece<n, From, To>(src, below, dst);
-      return predict<n, From, To>(src, below, step, dst, dst_step, rows);
-    };
-    return columns == 16 ? pieces(std::integral_constant<int, 16>()) : pieces(std::integral_constant<int, 8>());
-  }
   if (columns > 0)
-    for (; rows > 0; --rows, src += step, dst += dst_step)
-      in_pieces(
-          columns, [=](auto n, int64_t x)
-                       __attribute__((always_inline)) { predict_piece<n, From, To>(src + x, below, dst + x); });
+    in_pieces(
+        columns, [=](auto n, int64_t x) __attribute__((always_inline)) {
+          predict_strip<n, From, To>(src + x, below, step, dst + x, dst_step, rows);
+        });
   return PQX_OK;
 }
 
@@ -170,8 +177,14 @@ pqx_Status predict_in_order(const uint8_t* src, int64_t below, int64_t step, T* 
 
 /// Copies, without regard to overlap.
 template <class To>
-[[gnu::noinline]] pqx_Status copy_any(const uint8_t* src, uint8_t* dst, int step, int columns, int rows) {
+[[gnu::noinline]] pqx_Status copy_strips(const uint8_t* src, uint8_t* dst, int step, int columns, int rows) {
   return predict_any<Whole, To>(src, 0, step, dst, step, columns, rows);
+}
+template <class To>
+[[gnu::noinline]] pqx_Status copy_any(const uint8_t* src, uint8_t* dst, int step, int columns, int rows) {
+  if (columns == 16) return predict_strip<16, Whole, To>(src, 0, step, dst, step, rows);
+  if (columns == 8) return predict_strip<8, Whole, To>(src, 0, step, dst, step, rows);
+  return columns > 0 ? copy_strips<To>(src, dst, step, columns, rows) : PQX_OK;
 }
 
 /// A row is read by registers, which must not reach samples that those before them in the row are to change.
@@ -189,46 +202,66 @@ template <class From, class To>
   const int columns = width & ~3;
   if (early(ahead) || early(ahead - below))
     return predict_in_order<From, To>(src, below, step, dst, step, columns, rows);
-  return predict_any<From, To>(src, below, step, dst, step, columns, rows);
+  // What a strip writes below a row may belong to the row's next strip.
+  const bool one_strip = columns == 16 || columns == 8 || columns == 4;
+  const bool apart = one_strip || rows < 1 || [&] {
+    const Extent written = extent(dst, step, columns, rows);
+    return disjoint(extent(src, step, columns + 1, rows), written) &&
+           disjoint(extent(src + below, step, columns + 1, rows), written);
+  }();
+  if (apart) return predict_any<From, To>(src, below, step, dst, step, columns, rows);
+  for (; rows > 0; --rows, src += step, dst += step) predict_any<From, To>(src, below, step, dst, step, columns, 1);
+  return PQX_OK;
 }
-/// The same between samples side by side, of columns that come in eights or fours.
-template <int multiple, class To>
-[[gnu::noinline]] pqx_Status interpolate_any_across(const uint8_t* src, uint8_t* dst, int step, int width, int rows) {
-  return interpolate_any<Pair, To>(src, dst, 1, step, width & -multiple, rows);
-}
-
-inline constexpr std::integral_constant<int, 8> eight;
-
-/// Whether a square lies clear of the rows that are read before those above them are written: rows go downward, and it
+/// Whether a block lies clear of the rows that are read before those above them are written: rows go downward, and it
 /// begins nowhere in the four that begin with its source's first.
 inline bool clear_of_rows_ahead(const uint8_t* src, const uint8_t* dst, int64_t step) {
   return step >= 0 && uint64_t(intptr_t(dst) - intptr_t(src) - 1) >= uint64_t(4 * step);
 }
 
-/// Interpolates between samples side by side; squares of 16 and 8 as fast as can be.
+/// Interpolates between samples side by side, of columns that come in eights or fours.
+template <int multiple, class To>
+[[gnu::noinline]] pqx_Status interpolate_any_across(const uint8_t* src, uint8_t* dst, int step, int width, int rows) {
+  if (clear_of_rows_ahead(src, dst, step)) {
+    if (width == 16) return predict_strip<16, Pair, To>(src, 1, step, dst, step, rows);
+    if (width == 8) return predict_strip<8, Pair, To>(src, 1, step, dst, step, rows);
+  }
+  if (width < multiple) return PQX_OK;
+  return interpolate_any<Pair, To>(src, dst, 1, step, width & -multiple, rows);
+}
+/// Squares of 16 and 8 as fast as can be.
 template <int multiple, class To>
 [[gnu::always_inline]] inline pqx_Status interpolate_across(const uint8_t* src, uint8_t* dst, int step, int width,
                                                             int rows) {
   if (width == rows && clear_of_rows_ahead(src, dst, step)) {
     if (rows == 16)
-      return To::suits(dst, step) ? predict<16, Pair, typename To::Rows>(src, 1, step, dst, step, 16)
+      return To::suits(dst, step) ? predict<16, Pair, typename To::Rows>(src, 1, step, dst, step, Fours(16))
                                   : interpolate_any_across<multiple, To>(src, dst, step, 16, 16);
-    if (rows == 8) return predict<8, Pair, To>(src, 1, step, dst, step, eight);
+    if (rows == 8) return predict<8, Pair, To>(src, 1, step, dst, step, Eight());
   }
   return interpolate_any_across<multiple, To>(src, dst, step, width, rows);
 }
 
-/// Interpolates between a row and the one below; those squares likewise.
+/// The same between a row and the one below.
+template <class From, class To>
+[[gnu::noinline]] pqx_Status interpolate_any_down(const uint8_t* src, uint8_t* dst, int below, int step, int width,
+                                                  int rows) {
+  if (below == step && clear_of_rows_ahead(src, dst, step)) {
+    if (width == 16) return predict_strip_in_turn<16, From, To>(src, step, dst, step, rows);
+    if (width == 8) return predict_strip_in_turn<8, From, To>(src, step, dst, step, rows);
+  }
+  return interpolate_any<From, To>(src, dst, below, step, width, rows);
+}
 template <class From, class To>
 [[gnu::always_inline]] inline pqx_Status interpolate_down(const uint8_t* src, uint8_t* dst, int below, int step,
                                                           int width, int rows) {
   if (width == rows && below == step && clear_of_rows_ahead(src, dst, step)) {
     if (rows == 16)
-      return To::suits(dst, step) ? predict_in_turn<16, From, typename To::Rows>(src, step, dst, step, 16)
-                                  : interpolate_any<From, To>(src, dst, step, step, 16, 16);
-    if (rows == 8) return predict_in_turn<8, From, To>(src, step, dst, step, eight);
+      return To::suits(dst, step) ? predict_in_turn<16, From, typename To::Rows>(src, step, dst, step, Fours(16))
+                                  : interpolate_any_down<From, To>(src, dst, step, step, 16, 16);
+    if (rows == 8) return predict_in_turn<8, From, To>(src, step, dst, step, Eight());
   }
-  return interpolate_any<From, To>(src, dst, below, step, width, rows);
+  return interpolate_any_down<From, To>(src, dst, below, step, width, rows);
 }
 
 /// The same into packed blocks.
@@ -242,31 +275,51 @@ template <class From>
     return predict_in_order<From, Put>(src, below, step, dst, columns, columns, rows);
   return predict_any<From, Put>(src, below, step, dst, columns, columns, rows);
 }
-/// Whether a packed square lies clear of a source's, with the row below and right neighbours; of rows that go upward
-/// it counts as never doing so, which spares most calls a longer test.
-template <int size>
-bool clear_of(const uint8_t* src, int64_t step, const int16_t* packed) {
-  const int64_t bytes = 2 * size * size, span = size * step + size + 1;
+/// Whether packed rows of so many columns lie clear of the source's, with the row below and right neighbours; of rows
+/// that go upward it counts as never doing so, which spares most calls a longer test.
+template <int columns>
+bool clear_of(const uint8_t* src, int64_t step, const int16_t* packed, int64_t rows) {
+  const int64_t bytes = 2 * columns * rows, span = rows * step + columns + 1;
   return step >= 0 && uint64_t(intptr_t(packed) - intptr_t(src) + bytes) >= uint64_t(span + bytes);
+}
+
+[[gnu::noinline]] inline pqx_Status interpolate_any_across(const uint8_t* src, int step, int16_t* dst, int width,
+                                                           int rows) {
+  if (width == 8 && clear_of<8>(src, step, dst, rows)) return predict_strip<8, Pair, Put>(src, 1, step, dst, 8, rows);
+  if (width != 8 && clear_of<16>(src, step, dst, rows))
+    return predict_strip<16, Pair, Put>(src, 1, step, dst, 16, rows);
+  return interpolate_any<Pair>(src, 1, step, dst, width, rows);
 }
 [[gnu::always_inline]] inline pqx_Status interpolate_across(const uint8_t* src, int step, int16_t* dst, int width,
                                                             int rows) {
   if (width == rows) {
-    if (rows == 16 && clear_of<16>(src, step, dst)) [[likely]]
-      return predict<16, Pair, Put>(src, 1, step, dst, 16, 16);
-    if (rows == 8 && clear_of<8>(src, step, dst)) return predict<8, Pair, Put>(src, 1, step, dst, 8, eight);
+    if (rows == 16 && clear_of<16>(src, step, dst, 16)) [[likely]]
+      return predict<16, Pair, Put>(src, 1, step, dst, 16, Fours(16));
+    if (rows == 8 && clear_of<8>(src, step, dst, 8)) return predict<8, Pair, Put>(src, 1, step, dst, 8, Eight());
   }
-  return interpolate_any<Pair>(src, 1, step, dst, width, rows);
+  return interpolate_any_across(src, step, dst, width, rows);
+}
+
+template <class From>
+[[gnu::noinline]] pqx_Status interpolate_any_down(const uint8_t* src, int below, int step, int16_t* dst, int width,
+                                                  int rows) {
+  if (below == step) {
+    if (width == 8 && clear_of<8>(src, step, dst, rows))
+      return predict_strip_in_turn<8, From, Put>(src, step, dst, 8, rows);
+    if (width != 8 && clear_of<16>(src, step, dst, rows))
+      return predict_strip_in_turn<16, From, Put>(src, step, dst, 16, rows);
+  }
+  return interpolate_any<From>(src, below, step, dst, width, rows);
 }
 template <class From>
 [[gnu::always_inline]] inline pqx_Status interpolate_down(const uint8_t* src, int below, int step, int16_t* dst,
                                                           int width, int rows) {
   if (width == rows && below == step) {
-    if (rows == 16 && clear_of<16>(src, step, dst)) [[likely]]
-      return predict_in_turn<16, From, Put>(src, step, dst, 16, 16);
-    if (rows == 8 && clear_of<8>(src, step, dst)) return predict_in_turn<8, From, Put>(src, step, dst, 8, eight);
+    if (rows == 16 && clear_of<16>(src, step, dst, 16)) [[likely]]
+      return predict_in_turn<16, From, Put>(src, step, dst, 16, Fours(16));
+    if (rows == 8 && clear_of<8>(src, step, dst, 8)) return predict_in_turn<8, From, Put>(src, step, dst, 8, Eight());
   }
-  return interpolate_any<From>(src, below, step, dst, width, rows);
+  return interpolate_any_down<From>(src, below, step, dst, width, rows);
 }
 
 }  // namespace pqx::mc
