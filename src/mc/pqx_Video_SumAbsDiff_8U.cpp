@@ -32,8 +32,10 @@ template <int size>
   const int64_t columns = (int64_t(width) + 7) & ~7;
   i32x4 sum = {_mm_setzero_si128()};
   if (columns == 16)
+#pragma GCC unroll 4
     for (; rows > 0; --rows, a += step, b += step) sum = sum + difference<16>(a, b);
   else if (columns == 8)
+#pragma GCC unroll 4
     for (; rows > 0; --rows, a += step, b += step) sum = sum + difference<8>(a, b);
   else if (columns > 0)
     for (; rows > 0; --rows, a += step, b += step)
