@@ -7,15 +7,17 @@ using namespace bench;
 using namespace peers;
 using enum HalfSample;
 
-constexpr auto copy = [](auto f, const Patch& p) { f(p.a, p.out, p.step, p.size, p.size); };
-constexpr auto copy_words = [](auto f, const Patch& p) { f(p.a, p.step, p.words, p.size, p.size); };
-constexpr auto interpolate = [](auto f, const Patch& p) { f(p.a, p.out, p.step, p.step, p.size, p.size); };
-constexpr auto interpolate_words = [](auto f, const Patch& p) { f(p.a, p.step, p.step, p.words, p.size, p.size); };
-constexpr auto average = [](auto f, const Patch& p) { f(p.a, p.step, p.b, p.step, p.out, p.step, p.size, p.size); };
-constexpr auto three = [](auto f, const Patch& p) { f(p.a, p.step, p.size, p.size, p.out, p.out2, p.out3); };
-constexpr auto three_wide = [](auto f, const Patch& p) { f(p.a, p.out, p.out2, p.out3, p.step, p.size); };
-constexpr auto three_any = [](auto f, const Patch& p) { f(p.a, p.out, p.out2, p.out3, p.step, p.size, p.size); };
-constexpr auto cost = [](auto f, const Patch& p) { *p.sum = f(p.a, p.b, p.step, p.size, p.size); };
+constexpr auto copy = [](auto f, const Patch& p) { f(p.a, p.out, p.step, p.width, p.height); };
+constexpr auto copy_words = [](auto f, const Patch& p) { f(p.a, p.step, p.words, p.width, p.height); };
+constexpr auto interpolate = [](auto f, const Patch& p) { f(p.a, p.out, p.step, p.step, p.width, p.height); };
+constexpr auto interpolate_words = [](auto f, const Patch& p) { f(p.a, p.step, p.step, p.words, p.width, p.height); };
+constexpr auto average = [](auto f, const Patch& p) {
+  f(p.a, p.step, p.b, p.step, p.out, p.step, p.width, p.height);
+};
+constexpr auto three = [](auto f, const Patch& p) { f(p.a, p.step, p.width, p.height, p.out, p.out2, p.out3); };
+constexpr auto three_wide = [](auto f, const Patch& p) { f(p.a, p.out, p.out2, p.out3, p.step, p.height); };
+constexpr auto three_any = [](auto f, const Patch& p) { f(p.a, p.out, p.out2, p.out3, p.step, p.width, p.height); };
+constexpr auto cost = [](auto f, const Patch& p) { *p.sum = f(p.a, p.b, p.step, p.width, p.height); };
 constexpr auto residual = [](auto f, const Patch& p) { f(p.words, p.out, p.step); };
 constexpr auto overlapped = [](auto f, const Patch& p) {
   const int* at = p.places;
@@ -26,10 +28,11 @@ constexpr auto overlapped_words = [](auto f, const Patch& p) {
   f(p.reference, p.step, p.words, at[0], at[1], at[2], at[3], at[4], at[5], at[6], at[7], at[8], at[9]);
 };
 
-const PatchPeer libyuv_copy{
-    "libyuv", "", on_patches([](const Patch& p) { libyuv::CopyPlane(p.a, p.step, p.out, p.step, p.size, p.size); })};
+const PatchPeer libyuv_copy{"libyuv", "", on_patches([](const Patch& p) {
+                              libyuv::CopyPlane(p.a, p.step, p.out, p.step, p.width, p.height);
+                            })};
 const PatchPeer libyuv_average{"libyuv", "", on_patches([](const Patch& p) {
-                                 libyuv::InterpolatePlane(p.a, p.step, p.b, p.step, p.out, p.step, p.size, p.size,
+                                 libyuv::InterpolatePlane(p.a, p.step, p.b, p.step, p.out, p.step, p.width, p.height,
                                                           128);
                                })};
 
@@ -82,6 +85,38 @@ const std::vector<PatchBench> table = {
     {OPERATION(H263OverlappedMC_8U_16S), overlapped_words, 8, 56.5 / 13},
 };
 
-const bool added = add_patches("mc", table);
+/// Shapes without a figure to compare with: parts of macroblocks, and what is wider than registers.
+template <class F, class Call>
+void add_shapes(std::vector<PatchBench>& shapes, Sides<F> sides, Call call,
+                const std::vector<PatchPeer>& peers = {}) {
+  for (const Shape shape : {Shape(16, 8), Shape(8, 16), Shape(8, 4)})
+    shapes.emplace_back(sides, call, shape, 1, peers);
+  shapes.emplace_back(sides, call, Shape(24, 6), 1);
+}
+
+std::vector<PatchBench> shapes() {
+  std::vector<PatchBench> all;
+  add_shapes(all, OPERATION(SumAbsDiff_8U), cost);
+  add_shapes(all, OPERATION(CopyRef_8U), copy, {ffmpeg_prediction(none, false)});
+  add_shapes(all, OPERATION(CopyRefAve_8U), copy, {ffmpeg_prediction(none, true)});
+  add_shapes(all, OPERATION(CopyRef_8U_16S), copy_words);
+  add_shapes(all, OPERATION(Average2Rnd_8U), average);
+  add_shapes(all, OPERATION(Average2NoRnd_8U), average);
+  add_shapes(all, OPERATION(Average3Rnd_8U), average);
+  add_shapes(all, OPERATION(Average3NoRnd_8U), average);
+  add_shapes(all, OPERATION(InterpX_8U), copy, {ffmpeg_prediction(x, false)});
+  add_shapes(all, OPERATION(InterpAveX_8U), copy, {ffmpeg_prediction(x, true)});
+  add_shapes(all, OPERATION(InterpY_8U), interpolate, {ffmpeg_prediction(y, false)});
+  add_shapes(all, OPERATION(InterpAveY_8U), interpolate, {ffmpeg_prediction(y, true)});
+  add_shapes(all, OPERATION(InterpXY_8U), interpolate, {ffmpeg_prediction(xy, false)});
+  add_shapes(all, OPERATION(InterpAveXY_8U), interpolate, {ffmpeg_prediction(xy, true)});
+  add_shapes(all, OPERATION(InterpX_8U_16S), copy_words);
+  add_shapes(all, OPERATION(InterpY_8U_16S), interpolate_words);
+  add_shapes(all, OPERATION(InterpXY_8U_16S), interpolate_words);
+  add_shapes(all, OPERATION(InterpX_Y_XY_8U), three);
+  return all;
+}
+
+const bool added = add_patches("mc", table) && add_patches("mc", shapes());
 
 }  // namespace

@@ -2,6 +2,7 @@
 
 #include <string.h>
 
+#include <map>
 #include <random>
 
 namespace bench {
@@ -19,24 +20,25 @@ alignas(64) uint8_t reference[reference_rows][step];
 Results results_of_all;
 int places[most_patches][10];
 
-std::vector<Patch> patches_of(int size) {
+std::vector<Patch> patches_of(Shape shape) {
   std::mt19937 random(1);
   const auto place = [&](int spare) { return int(random() % unsigned(spare)); };
   memcpy(reference, varied_bytes(sizeof reference), sizeof reference);
   std::vector<Patch> all;
-  for (int i = 0; i < step / size; ++i) {
-    const auto anywhere = [&] { return &reference[place(reference_rows - 17)][place(step - 17)]; };
+  for (int i = 0; i < step / shape.width; ++i) {
+    const auto anywhere = [&] { return &reference[place(reference_rows - 25)][place(step - 25)]; };
     for (int k = 0; k < 10; ++k) places[i][k] = k % 2 ? place(reference_rows - 15) : place(step - 15);
     Results& r = results_of_all;
-    all.push_back({anywhere(), anywhere(), step, size, &r.planes[0][0][size * i], &r.planes[1][0][size * i],
-                   &r.planes[2][0][size * i], r.words[i], &r.sums[i], reference[0], places[i]});
+    all.push_back({anywhere(), anywhere(), step, shape.width, shape.height, &r.planes[0][0][shape.width * i],
+                   &r.planes[1][0][shape.width * i], &r.planes[2][0][shape.width * i], r.words[i], &r.sums[i],
+                   reference[0], places[i]});
   }
   return all;
 }
 
 Setting setting(const PatchBench& bench) {
   return {
-      .units = double(patches(bench.size).size()),
+      .units = double(patches(bench.shape).size()),
       .prepare =
           [] {
             for (auto& block : results_of_all.words)
@@ -53,26 +55,28 @@ Setting setting(const PatchBench& bench) {
             const auto* bytes = reinterpret_cast<const uint8_t*>(&results_of_all);
             return Result{{bytes, bytes + sizeof results_of_all}};
           },
-      .ours = [make = bench.ours, size = bench.size] { return make(size); },
-      .plain = [make = bench.plain, size = bench.size] { return make(size); },
+      .ours = [make = bench.ours, shape = bench.shape] { return make(shape); },
+      .plain = [make = bench.plain, shape = bench.shape] { return make(shape); },
   };
 }
 
 }  // namespace
 
-const std::vector<Patch>& patches(int size) {
-  static const std::vector<Patch> of_16 = patches_of(16), of_8 = patches_of(8);
-  return size == 16 ? of_16 : of_8;
+const std::vector<Patch>& patches(Shape shape) {
+  static std::map<std::pair<int, int>, std::vector<Patch>> of;
+  std::vector<Patch>& all = of[{shape.width, shape.height}];
+  if (all.empty()) all = patches_of(shape);
+  return all;
 }
 
 bool add_patches(const std::string& family, const std::vector<PatchBench>& table) {
   for (const PatchBench& bench : table) {
-    const std::string size = std::to_string(bench.size);
-    Line line{.name = std::string(bench.operation) + "/" + size + "x" + size,
+    const std::string shape = std::to_string(bench.shape.width) + "x" + std::to_string(bench.shape.height);
+    Line line{.name = std::string(bench.operation) + "/" + shape,
               .unit = "block",
               .target = bench.target,
               .against_peers = false,
-              .charted = true,
+              .charted = bench.shape.width == bench.shape.height,
               .setting = setting(bench),
               .rivals = {}};
     for (const PatchPeer& peer : bench.peers)
@@ -80,7 +84,7 @@ bool add_patches(const std::string& family, const std::vector<PatchBench>& table
                              .difference = peer.difference,
                              .tolerance = 0,
                              .setting = line.setting,
-                             .make = [size = bench.size, make = peer.make] { return make(size); }});
+                             .make = [shape = bench.shape, make = peer.make] { return make(shape); }});
     add(family, line);
   }
   return true;

@@ -1,14 +1,20 @@
-/// Operations on square patches of a picture: prediction and its cost.
+/// Operations on patches of a picture: prediction and its cost.
 #pragma once
 
 #include "bench.h"
 
 namespace bench {
 
+struct Shape {
+  int width, height;
+  Shape(int side) : width(side), height(side) {}
+  Shape(int width, int height) : width(width), height(height) {}
+};
+
 /// What a call finds. The two sources lie anywhere in the reference, the results on their grid.
 struct Patch {
   const uint8_t *a, *b;
-  int step, size;
+  int step, width, height;
   uint8_t *out, *out2, *out3;
   int16_t* words;
   uint32_t* sum;
@@ -16,23 +22,23 @@ struct Patch {
   const int* places;  // five columns and rows
 };
 
-using PatchWork = std::function<Work(int size)>;
+using PatchWork = std::function<Work(Shape)>;
 
-const std::vector<Patch>& patches(int size);
+const std::vector<Patch>& patches(Shape);
 
 /// As callers do, it keeps in registers what is the same for all patches.
 template <class Call>
 void for_each(const std::vector<Patch>& all, Call call) {
-  const int step = all[0].step, size = all[0].size;
+  const int step = all[0].step, width = all[0].width, height = all[0].height;
   for (Patch p : all) {
-    p.step = step, p.size = size;
+    p.step = step, p.width = width, p.height = height;
     call(p);
   }
 }
 
 template <class Call>
 PatchWork on_patches(Call call) {
-  return [=](int size) { return repeated([call, &all = patches(size)] { for_each(all, call); }); };
+  return [=](Shape shape) { return repeated([call, &all = patches(shape)] { for_each(all, call); }); };
 }
 
 struct PatchPeer {
@@ -43,16 +49,16 @@ struct PatchPeer {
 struct PatchBench {
   const char* operation;
   PatchWork ours, plain;
-  int size;
+  Shape shape;
   double target;
   std::vector<PatchPeer> peers;
 
   template <class F, class Call>
-  PatchBench(Sides<F> sides, Call call, int size, double target, std::vector<PatchPeer> peers = {})
+  PatchBench(Sides<F> sides, Call call, Shape shape, double target, std::vector<PatchPeer> peers = {})
       : operation(sides.name),
         ours(on_patches([f = sides.ours, call](const Patch& p) { call(f, p); })),
         plain(on_patches([f = sides.plain, call](const Patch& p) { call(f, p); })),
-        size(size),
+        shape(shape),
         target(target),
         peers(std::move(peers)) {}
 };

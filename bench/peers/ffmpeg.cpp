@@ -141,11 +141,11 @@ bench::BlockPeer ffmpeg_inverse() {
 
 bench::PatchPeer ffmpeg_cost() {
   return {
-      "FFmpeg", "", [](int size) {
-        const int bits = size == 16 ? 4 : 3;
+      "FFmpeg", "", [](bench::Shape shape) {
+        const int bits = shape.width == 16 ? 4 : 3;
         return bench::on_patches([cost = av_pixelutils_get_sad_fn(bits, bits, 0, nullptr)](const bench::Patch& p) {
           *p.sum = uint32_t(cost(p.a, p.step, p.b, p.step));
-        })(size);
+        })(shape);
       }};
 }
 

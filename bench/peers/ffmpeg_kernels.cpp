@@ -17,9 +17,9 @@ namespace peers {
 namespace {
 
 bench::PatchPeer kernels(FfmpegPredict* of_16, FfmpegPredict* of_8) {
-  return {"FFmpeg", "", [=](int size) {
-            return bench::repeated([predict = size == 16 ? of_16 : of_8, &all = bench::patches(size)] {
-              for_each(all, [predict](const bench::Patch& p) { predict(p.out, p.a, p.step, p.size); });
+  return {"FFmpeg", "", [=](bench::Shape shape) {
+            return bench::repeated([predict = shape.width == 16 ? of_16 : of_8, &all = bench::patches(shape)] {
+              for_each(all, [predict](const bench::Patch& p) { predict(p.out, p.a, p.step, p.height); });
               _mm_empty();
             });
           }};

@@ -1,7 +1,6 @@
 /// Pieces of a row: 16, 8, 4 or 2 samples at the low end of a register.
 #pragma once
 
-#include <bit>
 #include <type_traits>
 
 #include "common/lanes.h"
@@ -78,25 +77,15 @@ template <class Piece>
   if (columns & 4) piece(std::integral_constant<int, 4>(), x);
 }
 
-/// A number of rows that come in fours.
+/// A positive number of rows that come in fours.
 class Fours {
  public:
-  explicit Fours(int rows) : count_(std::rotr(uint32_t(rows), 2)) {}
-
-  /// The fewest that hold one row or more.
-  static Fours holding(int rows) {
-    Fours fours(rows);
-    fours.count_ = ((uint32_t(rows) - 1) >> 2) + 1;
-    return fours;
-  }
-
-  /// Whether they do, and there are any: otherwise one of the lowest bits moved to the top, or the sign lies below it.
-  bool valid() const { return count_ - 1 < (1u << 29) - 1; }
+  explicit Fours(unsigned rows) : count_(rows >> 2) {}
 
   /// two(k) does the k-th of the rows ahead and the one after, next() moves on by four.
   template <class Two, class Next>
   [[gnu::always_inline]] void each(Two two, Next next) const {
-    uint32_t left = count_;
+    unsigned left = count_;
     do {
       two(0);
       two(2);
@@ -105,7 +94,7 @@ class Fours {
   }
 
  private:
-  uint32_t count_;
+  unsigned count_;
 };
 
 /// Eight rows, without a loop.

@@ -42,15 +42,16 @@ template <int n, class Rule>
 [[gnu::always_inline]] inline pqx_Status average_rows(const uint8_t* a, const uint8_t* b, uint8_t* d, int64_t step,
                                                       int height) {
   if (height < 1) return PQX_OK;
-  Fours::holding(height).each(
-      [&](int k) __attribute__((always_inline)) {
-        const int64_t first = k * step, second = first + step;
-        const u8x16 upper = mean_of<n, Rule>(a + first, b + first, d + first);
-        const u8x16 lower = mean_of<n, Rule>(a + second, b + second, d + second);
-        store_piece<n>(d + first, upper);
-        store_piece<n>(d + second, lower);
-      },
-      [&] { a += 4 * step, b += 4 * step, d += 4 * step; });
+  Fours(unsigned(height) + 3)
+      .each(
+          [&](int k) __attribute__((always_inline)) {
+            const int64_t first = k * step, second = first + step;
+            const u8x16 upper = mean_of<n, Rule>(a + first, b + first, d + first);
+            const u8x16 lower = mean_of<n, Rule>(a + second, b + second, d + second);
+            store_piece<n>(d + first, upper);
+            store_piece<n>(d + second, lower);
+          },
+          [&] { a += 4 * step, b += 4 * step, d += 4 * step; });
   return PQX_OK;
 }
 

@@ -142,16 +142,16 @@ template <int n, class From, class To, class T, class Rows>
 template <int n, class From, class To, class T>
 [[gnu::always_inline]] inline pqx_Status predict_strip(const uint8_t* src, int64_t below, int64_t step, T* dst,
                                                        int64_t dst_step, int rows) {
-  for (; rows % 4 > 0; --rows, src += step, dst += dst_step) predict_piece<n, From, To>(src, below, dst);
-  if (const Fours fours(rows); fours.valid()) return predict<n, From, To>(src, below, step, dst, dst_step, fours);
-  return PQX_OK;
+  if (rows < 1) return PQX_OK;
+  for (; rows % 4u != 0; --rows, src += step, dst += dst_step) predict_piece<n, From, To>(src, below, dst);
+  return rows > 0 ? predict<n, From, To>(src, below, step, dst, dst_step, Fours(unsigned(rows))) : PQX_OK;
 }
 template <int n, class From, class To, class T>
 [[gnu::always_inline]] inline pqx_Status predict_strip_in_turn(const uint8_t* src, int64_t step, T* dst,
                                                                int64_t dst_step, int rows) {
-  for (; rows % 4 > 0; --rows, src += step, dst += dst_step) predict_piece<n, From, To>(src, step, dst);
-  if (const Fours fours(rows); fours.valid()) return predict_in_turn<n, From, To>(src, step, dst, dst_step, fours);
-  return PQX_OK;
+  if (rows < 1) return PQX_OK;
+  for (; rows % 4u != 0; --rows, src += step, dst += dst_step) predict_piece<n, From, To>(src, step, dst);
+  return rows > 0 ? predict_in_turn<n, From, To>(src, step, dst, dst_step, Fours(unsigned(rows))) : PQX_OK;
 }
 
 /// A multiple of four columns, strip by strip.
@@ -187,6 +187,8 @@ template <class To>
   return columns > 0 ? copy_strips<To>(src, dst, step, columns, rows) : PQX_OK;
 }
 
+inline int64_t magnitude(int64_t x) { return x < 0 ? -x : x; }
+
 /// A row is read by registers, which must not reach samples that those before them in the row are to change.
 inline bool behind_by_a_register(int64_t distance) { return uint64_t(distance - 1) < 16; }
 
@@ -195,24 +197,23 @@ inline bool on_the_next_row(int64_t distance) { return uint64_t(distance + 15) <
 
 /// Interpolates a block of any multiple of four columns into a picture of the same row pitch.
 template <class From, class To>
-[[gnu::noinline]] pqx_Status interpolate_any(const uint8_t* src, uint8_t* dst, int below, int step, int width,
+[[gnu::noinline]] pqx_Status interpolate_any(const uint8_t* src, uint8_t* dst, int64_t below, int64_t step, int width,
                                              int rows) {
-  const auto early = [=](int64_t ahead) { return behind_by_a_register(ahead) || on_the_next_row(ahead - step); };
-  const int64_t ahead = intptr_t(dst) - intptr_t(src);
   const int columns = width & ~3;
-  if (early(ahead) || early(ahead - below))
-    return predict_in_order<From, To>(src, below, step, dst, step, columns, rows);
-  // What a strip writes below a row may belong to the row's next strip.
-  const bool one_strip = columns == 16 || columns == 8 || columns == 4;
-  const bool apart = one_strip || rows < 1 || [&] {
-    const Extent written = extent(dst, step, columns, rows);
-    return disjoint(extent(src, step, columns + 1, rows), written) &&
-           disjoint(extent(src + below, step, columns + 1, rows), written);
-  }();
-  if (apart) return predict_any<From, To>(src, below, step, dst, step, columns, rows);
-  for (; rows > 0; --rows, src += step, dst += step) predict_any<From, To>(src, below, step, dst, step, columns, 1);
-  return PQX_OK;
+  const int64_t ahead = intptr_t(dst) - intptr_t(src);
+  const int64_t span = rows * magnitude(step) + magnitude(below) + columns;
+  if (uint64_t(ahead + span) <= uint64_t(2 * span)) {
+    const auto early = [=](int64_t ahead) { return behind_by_a_register(ahead) || on_the_next_row(ahead - step); };
+    if (early(ahead) || early(ahead - below))
+      return predict_in_order<From, To>(src, below, step, dst, step, columns, rows);
+    // What a strip writes below a row may belong to the row's next strip.
+    const bool one_strip = columns == 16 || columns == 8 || columns == 4;
+    for (; !one_strip && rows > 1; --rows, src += step, dst += step)
+      predict_any<From, To>(src, below, step, dst, step, columns, 1);
+  }
+  return predict_any<From, To>(src, below, step, dst, step, columns, rows);
 }
+
 /// Whether a block lies clear of the rows that are read before those above them are written: rows go downward, and it
 /// begins nowhere in the four that begin with its source's first.
 inline bool clear_of_rows_ahead(const uint8_t* src, const uint8_t* dst, int64_t step) {
