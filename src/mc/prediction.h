@@ -202,7 +202,7 @@ template <class From, class To>
   const int columns = width & ~3;
   const int64_t ahead = intptr_t(dst) - intptr_t(src);
   const int64_t span = rows * magnitude(step) + magnitude(below) + columns;
-  if (uint64_t(ahead + span) <= uint64_t(2 * span)) {
+  if (uint64_t(ahead + span) <= 2 * uint64_t(span)) {
     const auto early = [=](int64_t ahead) { return behind_by_a_register(ahead) || on_the_next_row(ahead - step); };
     if (early(ahead) || early(ahead - below))
       return predict_in_order<From, To>(src, below, step, dst, step, columns, rows);
