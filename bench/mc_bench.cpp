@@ -1,5 +1,6 @@
 #include "patches.h"
 #include "peers/peers.h"
+#include "rows.h"
 
 namespace {
 
@@ -91,7 +92,7 @@ void add_shapes(std::vector<PatchBench>& shapes, Sides<F> sides, Call call,
                 const std::vector<PatchPeer>& peers = {}) {
   for (const Shape shape : {Shape(16, 8), Shape(8, 16), Shape(8, 4)})
     shapes.emplace_back(sides, call, shape, 1, peers);
-  shapes.emplace_back(sides, call, Shape(24, 6), 1);
+  for (const Shape shape : {Shape(24, 6), Shape(96, 2)}) shapes.emplace_back(sides, call, shape, 1);
 }
 
 std::vector<PatchBench> shapes() {
@@ -117,6 +118,16 @@ std::vector<PatchBench> shapes() {
   return all;
 }
 
-const bool added = add_patches("mc", table) && add_patches("mc", shapes());
+// Whole pictures, as global motion has them; interpolation reads a column and a row more than it writes.
+constexpr auto copy_picture = [](auto f, const Band& b) { f(b.in(0), b.out(0), b.in_step(0), b.width, b.height); };
+constexpr auto interpolate_picture = [](auto f, const Band& b) {
+  f(b.in(0), b.out(0), b.in_step(0), b.in_step(0), b.width - 1, b.height - 1);
+};
+const std::vector<RowBench> pictures = {
+    {OPERATION(CopyRefAve_8U), RowForm{{full}, {full}, all_rows, copy_picture}, 1, in_rows_and_pictures, {}},
+    {OPERATION(InterpXY_8U), RowForm{{full}, {full}, all_rows, interpolate_picture}, 1, in_rows_and_pictures, {}},
+};
+
+const bool added = add_patches("mc", table) && add_patches("mc", shapes()) && add_rows("mc", "sample", pictures);
 
 }  // namespace

@@ -2,6 +2,7 @@
 /// and what becomes of them (Put, Average).
 #pragma once
 
+#include "common/rows.h"
 #include "mc/overlap.h"
 #include "mc/pieces.h"
 #include "pqx_video.h"
@@ -154,16 +155,44 @@ template <int n, class From, class To, class T>
   return rows > 0 ? predict_in_turn<n, From, To>(src, step, dst, dst_step, Fours(unsigned(rows))) : PQX_OK;
 }
 
-/// A multiple of four columns, strip by strip.
+/// A multiple of four columns row by row, as a picture lies in memory.
 template <class From, class To, class T>
-[[gnu::always_inline]] inline pqx_Status predict_any(const uint8_t* src, int64_t below, int64_t step, T* dst,
-                                                     int64_t dst_step, int columns, int rows) {
+[[gnu::always_inline]] inline pqx_Status predict_rows(const uint8_t* src, int64_t below, int64_t step, T* dst,
+                                                      int64_t dst_step, int64_t columns, int rows) {
+  for (; rows > 0; --rows, src += step, dst += dst_step) {
+    const auto piece = [&](auto n, int64_t x) __attribute__((always_inline)) {
+      predict_piece<n, From, To>(src + x, below, dst + x);
+    };
+    const std::integral_constant<int, 16> sixteen;
+    int64_t x = 0;
+    for (; x + 32 <= columns; x += 32) {
+      prefetch_ahead(src + below + x, dst + x);
+      piece(sixteen, x);
+      piece(sixteen, x + 16);
+    }
+    if (columns > x) in_pieces(columns - x, [&](auto n, int64_t more) { piece(n, x + more); });
+  }
+  return PQX_OK;
+}
+
+/// A multiple of four columns of a block, strip by strip.
+template <class From, class To, class T>
+[[gnu::always_inline]] inline pqx_Status predict_strips(const uint8_t* src, int64_t below, int64_t step, T* dst,
+                                                        int64_t dst_step, int columns, int rows) {
   if (columns > 0)
     in_pieces(
         columns, [=](auto n, int64_t x) __attribute__((always_inline)) {
           predict_strip<n, From, To>(src + x, below, step, dst + x, dst_step, rows);
         });
   return PQX_OK;
+}
+/// More columns than these are a picture.
+inline constexpr int widest_block = 64;
+template <class From, class To, class T>
+[[gnu::always_inline]] inline pqx_Status predict_any(const uint8_t* src, int64_t below, int64_t step, T* dst,
+                                                     int64_t dst_step, int columns, int rows) {
+  if (columns > widest_block) return predict_rows<From, To>(src, below, step, dst, dst_step, columns, rows);
+  return predict_strips<From, To>(src, below, step, dst, dst_step, columns, rows);
 }
 
 /// One sample after the other, for destinations that overlap the source.
@@ -202,16 +231,14 @@ template <class From, class To>
   const int columns = width & ~3;
   const int64_t ahead = intptr_t(dst) - intptr_t(src);
   const int64_t span = rows * magnitude(step) + magnitude(below) + columns;
-  if (uint64_t(ahead + span) <= 2 * uint64_t(span)) {
-    const auto early = [=](int64_t ahead) { return behind_by_a_register(ahead) || on_the_next_row(ahead - step); };
-    if (early(ahead) || early(ahead - below))
-      return predict_in_order<From, To>(src, below, step, dst, step, columns, rows);
-    // What a strip writes below a row may belong to the row's next strip.
-    const bool one_strip = columns == 16 || columns == 8 || columns == 4;
-    for (; !one_strip && rows > 1; --rows, src += step, dst += step)
-      predict_any<From, To>(src, below, step, dst, step, columns, 1);
-  }
-  return predict_any<From, To>(src, below, step, dst, step, columns, rows);
+  const bool far = uint64_t(ahead + span) > 2 * uint64_t(span);
+  const auto early = [=](int64_t ahead) { return behind_by_a_register(ahead) || on_the_next_row(ahead - step); };
+  if (!far && (early(ahead) || early(ahead - below)))
+    return predict_in_order<From, To>(src, below, step, dst, step, columns, rows);
+  // What a strip writes below a row may belong to the row's next strip.
+  const bool strips = columns <= widest_block && (far || columns == 16 || columns == 8 || columns == 4);
+  return strips ? predict_strips<From, To>(src, below, step, dst, step, columns, rows)
+                : predict_rows<From, To>(src, below, step, dst, step, columns, rows);
 }
 
 /// Whether a block lies clear of the rows that are read before those above them are written: rows go downward, and it
@@ -223,7 +250,7 @@ inline bool clear_of_rows_ahead(const uint8_t* src, const uint8_t* dst, int64_t 
 /// Interpolates between samples side by side, of columns that come in eights or fours.
 template <int multiple, class To>
 [[gnu::noinline]] pqx_Status interpolate_any_across(const uint8_t* src, uint8_t* dst, int step, int width, int rows) {
-  if (clear_of_rows_ahead(src, dst, step)) {
+  if (width <= 16 && clear_of_rows_ahead(src, dst, step)) {
     if (width == 16) return predict_strip<16, Pair, To>(src, 1, step, dst, step, rows);
     if (width == 8) return predict_strip<8, Pair, To>(src, 1, step, dst, step, rows);
   }
@@ -247,7 +274,7 @@ template <int multiple, class To>
 template <class From, class To>
 [[gnu::noinline]] pqx_Status interpolate_any_down(const uint8_t* src, uint8_t* dst, int below, int step, int width,
                                                   int rows) {
-  if (below == step && clear_of_rows_ahead(src, dst, step)) {
+  if (width <= 16 && below == step && clear_of_rows_ahead(src, dst, step)) {
     if (width == 16) return predict_strip_in_turn<16, From, To>(src, step, dst, step, rows);
     if (width == 8) return predict_strip_in_turn<8, From, To>(src, step, dst, step, rows);
   }
