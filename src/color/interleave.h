@@ -6,6 +6,7 @@
 #include "color/load_pixels.h"
 #include "color/store_pixels.h"
 #include "common/lanes.h"
+#include "common/rows.h"
 #include "pqx_video.h"
 
 namespace pqx {
@@ -110,11 +111,20 @@ struct WordChannels {
 template <class T, int n>
 using ChannelsOf = std::conditional_t<sizeof(T) == 1, ByteChannels<n>, WordChannels<n>>;
 
-/// Calls run(i) so that the runs cover a row of n pixels, the last one overlapping the one before.
+/// Calls run(i) so that the runs cover a row of n pixels, the last one overlapping the one before. Rows too long for the
+/// nearest cache are announced to it by prefetch(i); it would cost short ones up to a quarter of their time. That call has to be inlined from the start: one that only
+/// prefetches counts as one without effect, and goes.
 template <int pixels>
-[[gnu::always_inline]] inline void cover_runs(int64_t n, auto run) {
+[[gnu::always_inline]] inline void cover_runs(int64_t n, auto run, auto prefetch) {
+  constexpr int64_t long_row = 4096;
+  int64_t i = 0;
+  if (n >= long_row) [[unlikely]]
+    for (; i < n - pixels; i += pixels) {
+      prefetch(i);
+      run(i);
+    }
 #pragma GCC unroll 2
-  for (int64_t i = 0; i < n - pixels; i += pixels) run(i);
+  for (; i < n - pixels; i += pixels) run(i);
   run(n - pixels);
 }
 
@@ -124,9 +134,10 @@ template <class T, class... Planes>
   using Run = ChannelsOf<T, n>;
   auto* const pixels = reinterpret_cast<uint8_t*>(dst);
   if (len >= Run::run) {
-    cover_runs<Run::run>(len, [=](int64_t i) {
-      Run::load_planes(i, planes...).store_pixels(pixels + i * Run::bytes, i + Run::run == len);
-    });
+    cover_runs<Run::run>(
+        len,
+        [=](int64_t i) { Run::load_planes(i, planes...).store_pixels(pixels + i * Run::bytes, i + Run::run == len); },
+        [=](int64_t i) __attribute__((always_inline)) { prefetch_ahead(planes + i..., pixels + i * Run::bytes); });
   } else {
     for (int64_t i = 0; i < len; ++i) {
       T* pixel = dst + n * i;
@@ -142,8 +153,9 @@ template <class T, class... Planes>
   using Run = ChannelsOf<T, n>;
   auto* const pixels = reinterpret_cast<const uint8_t*>(src);
   if (len >= Run::run) {
-    cover_runs<Run::run>(len,
-                         [=](int64_t i) { Run::load_pixels(pixels + i * Run::bytes).store_planes(i, planes...); });
+    cover_runs<Run::run>(
+        len, [=](int64_t i) { Run::load_pixels(pixels + i * Run::bytes).store_planes(i, planes...); },
+        [=](int64_t i) __attribute__((always_inline)) { prefetch_ahead(pixels + i * Run::bytes, planes + i...); });
   } else {
     for (int64_t i = 0; i < len; ++i) {
       const T* pixel = src + n * i;

@@ -29,13 +29,16 @@ inline u8x16 without_alpha(u8x16 pixels) {
 /// A, R, G, B to R, G, B.
 inline pqx_Status drop_alpha(const uint8_t* src, uint8_t* dst, int len) {
   if (len >= 16) {
-    cover_runs<16>(len, [=](int64_t i) {
-      const uint8_t* p = src + 4 * i;
-      store_pixels<3>(dst + 3 * i,
-                      {without_alpha(load<u8x16>(p)), without_alpha(load<u8x16>(p + 16)),
-                       without_alpha(load<u8x16>(p + 32)), without_alpha(load<u8x16>(p + 48))},
-                      i + 16 == len);
-    });
+    cover_runs<16>(
+        len,
+        [=](int64_t i) {
+          const uint8_t* p = src + 4 * i;
+          store_pixels<3>(dst + 3 * i,
+                          {without_alpha(load<u8x16>(p)), without_alpha(load<u8x16>(p + 16)),
+                           without_alpha(load<u8x16>(p + 32)), without_alpha(load<u8x16>(p + 48))},
+                          i + 16 == len);
+        },
+        [=](int64_t i) __attribute__((always_inline)) { prefetch_ahead(src + 4 * i, dst + 3 * i); });
   } else {
     for (int64_t i = 0; i < len; ++i) {
       dst[3 * i] = src[4 * i + 1];
@@ -49,15 +52,18 @@ inline pqx_Status drop_alpha(const uint8_t* src, uint8_t* dst, int len) {
 /// A, B, G, R to R, G, B.
 inline pqx_Status drop_alpha_reversed(const uint8_t* src, uint8_t* dst, int len) {
   if (len >= 16) {
-    cover_runs<16>(len, [=](int64_t i) {
-      // A, B; G, R; A, B; G, R of two pixels become R, G; B, R; G, B.
-      const PixelPairs<4> pairs = load_pixel_pairs<4>(src + 4 * i);
-      const u16x8 ab0 = pairs.words[0], gr0 = pairs.words[1], ab1 = pairs.words[2], gr1 = pairs.words[3],
-                  even = all_u16(0x00ff), odd = all_u16(0xff00);
-      store_pixels<3>(dst + 3 * i,
-                      pairs_of_words(gr0 << 8 | gr0 >> 8, ab0 >> 8 | (gr1 & odd), (gr1 & even) | (ab1 & odd)),
-                      i + 16 == len);
-    });
+    cover_runs<16>(
+        len,
+        [=](int64_t i) {
+          // A, B; G, R; A, B; G, R of two pixels become R, G; B, R; G, B.
+          const PixelPairs<4> pairs = load_pixel_pairs<4>(src + 4 * i);
+          const u16x8 ab0 = pairs.words[0], gr0 = pairs.words[1], ab1 = pairs.words[2], gr1 = pairs.words[3],
+                      even = all_u16(0x00ff), odd = all_u16(0xff00);
+          store_pixels<3>(dst + 3 * i,
+                          pairs_of_words(gr0 << 8 | gr0 >> 8, ab0 >> 8 | (gr1 & odd), (gr1 & even) | (ab1 & odd)),
+                          i + 16 == len);
+        },
+        [=](int64_t i) __attribute__((always_inline)) { prefetch_ahead(src + 4 * i, dst + 3 * i); });
   } else {
     for (int64_t i = 0; i < len; ++i) {
       dst[3 * i] = src[4 * i + 3];
@@ -71,16 +77,19 @@ inline pqx_Status drop_alpha_reversed(const uint8_t* src, uint8_t* dst, int len)
 /// R, G, B to A, R, G, B, alpha 0.
 inline pqx_Status add_alpha(const uint8_t* src, uint8_t* dst, int len) {
   if (len >= 16) {
-    cover_runs<16>(len, [=](int64_t i) {
-      // The last pixel is taken from the end of its four bytes, so that nothing behind the run is read.
-      const auto pixel = [p = src + 3 * i](int k) {
-        return k == 15 ? load_bytes<4, i32x4>(p + 44) >> 8 : load_bytes<4, i32x4>(p + 3 * k);
-      };
-      const auto two = [pixel](int k) { return interleave_low(pixel(k), pixel(k + 1)); };
+    cover_runs<16>(
+        len,
+        [=](int64_t i) {
+          // The last pixel is taken from the end of its four bytes, so that nothing behind the run is read.
+          const auto pixel = [p = src + 3 * i](int k) {
+            return k == 15 ? load_bytes<4, i32x4>(p + 44) >> 8 : load_bytes<4, i32x4>(p + 3 * k);
+          };
+          const auto two = [pixel](int k) { return interleave_low(pixel(k), pixel(k + 1)); };
 #pragma GCC unroll 4
-      for (int k = 0; k < 16; k += 4)
-        store(dst + 4 * (i + k), i32x4{_mm_unpacklo_epi64(two(k).v, two(k + 2).v)} << 8);
-    });
+          for (int k = 0; k < 16; k += 4)
+            store(dst + 4 * (i + k), i32x4{_mm_unpacklo_epi64(two(k).v, two(k + 2).v)} << 8);
+        },
+        [=](int64_t i) __attribute__((always_inline)) { prefetch_ahead(src + 3 * i, dst + 4 * i); });
   } else {
     for (int64_t i = 0; i < len; ++i) {
       dst[4 * i] = 0;
@@ -95,14 +104,17 @@ inline pqx_Status add_alpha(const uint8_t* src, uint8_t* dst, int len) {
 /// R, G, B to A, B, G, R, alpha 0.
 inline pqx_Status add_alpha_reversed(const uint8_t* src, uint8_t* dst, int len) {
   if (len >= 16) {
-    cover_runs<16>(len, [=](int64_t i) {
-      // R, G; B, R; G, B of two pixels become 0, B; G, R; 0, B; G, R.
-      const PixelPairs<3> pairs = load_pixel_pairs<3>(src + 3 * i);
-      const u16x8 rg = pairs.words[0], br = pairs.words[1], gb = pairs.words[2], even = all_u16(0x00ff),
-                  odd = all_u16(0xff00);
-      WordChannels<4>{{br << 8, rg << 8 | rg >> 8, gb & odd, (gb & even) | (br & odd)}}.store_pixels(dst + 4 * i,
-                                                                                                     false);
-    });
+    cover_runs<16>(
+        len,
+        [=](int64_t i) {
+          // R, G; B, R; G, B of two pixels become 0, B; G, R; 0, B; G, R.
+          const PixelPairs<3> pairs = load_pixel_pairs<3>(src + 3 * i);
+          const u16x8 rg = pairs.words[0], br = pairs.words[1], gb = pairs.words[2], even = all_u16(0x00ff),
+                      odd = all_u16(0xff00);
+          WordChannels<4>{{br << 8, rg << 8 | rg >> 8, gb & odd, (gb & even) | (br & odd)}}.store_pixels(dst + 4 * i,
+                                                                                                         false);
+        },
+        [=](int64_t i) __attribute__((always_inline)) { prefetch_ahead(src + 3 * i, dst + 4 * i); });
   } else {
     for (int64_t i = 0; i < len; ++i) {
       dst[4 * i] = 0;
