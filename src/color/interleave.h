@@ -112,8 +112,8 @@ template <class T, int n>
 using ChannelsOf = std::conditional_t<sizeof(T) == 1, ByteChannels<n>, WordChannels<n>>;
 
 /// Calls run(i) so that the runs cover a row of n pixels, the last one overlapping the one before. Rows too long for the
-/// nearest cache are announced to it by prefetch(i); it would cost short ones up to a quarter of their time. That call has to be inlined from the start: one that only
-/// prefetches counts as one without effect, and goes.
+/// nearest cache are announced to it by prefetch(i); it would cost short ones up to a quarter of their time. That call
+/// has to be inlined from the start: one that only prefetches counts as one without effect, and goes.
 template <int pixels>
 [[gnu::always_inline]] inline void cover_runs(int64_t n, auto run, auto prefetch) {
   constexpr int64_t long_row = 4096;

@@ -374,10 +374,11 @@ Argument plane(int step, Count columns, Count rows) {
   });
 }
 
-std::vector<int> row_lengths() {
+std::vector<int> row_lengths(const std::vector<int>& more) {
   std::vector<int> lengths = {-2147483647 - 1, -100, -17, -3, -2};
   for (int n = -1; n <= 72; ++n) lengths.push_back(n);
   for (int n : {79, 80, 81, 95, 96, 97, 127, 128, 129, 130, 131, 132, 255, 256, 257, 511, 1023}) lengths.push_back(n);
+  lengths.insert(lengths.end(), more.begin(), more.end());
   return lengths;
 }
 

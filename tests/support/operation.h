@@ -153,7 +153,7 @@ void for_all_sizes(const std::vector<Argument>& arguments, std::vector<int>& int
 }
 
 /// Sizes around what vector loops and their tails care for: below the minimum, up to a few vectors, longer rows.
-std::vector<int> row_lengths();
+std::vector<int> row_lengths(const std::vector<int>& more = {});
 
 template <class R, class... A>
 Call erase(R (*function)(A...)) {
