@@ -26,104 +26,76 @@ inline u8x16 without_alpha(u8x16 pixels) {
   return (moved_down(pixels, 1) & in_each_half(first)) | (moved_down(pixels, 2) & in_each_half(second));
 }
 
+/// A row of pixels that change from `from` bytes to `to`: sixteen(p, d, last) does a run, `last` at the end of the row,
+/// and one(p, d) a pixel of a shorter row.
+template <int from, int to>
+[[gnu::always_inline]] inline pqx_Status reorder_pixels(const uint8_t* src, uint8_t* dst, int len, auto sixteen,
+                                                        auto one) {
+  if (len >= 16)
+    cover_runs<16>(
+        len, [=](int64_t i) { sixteen(src + from * i, dst + to * i, i + 16 == len); },
+        [=](int64_t i) __attribute__((always_inline)) { prefetch_ahead(src + from * i, dst + to * i); });
+  else
+    for (int64_t i = 0; i < len; ++i) one(src + from * i, dst + to * i);
+  return PQX_OK;
+}
+
 /// A, R, G, B to R, G, B.
 inline pqx_Status drop_alpha(const uint8_t* src, uint8_t* dst, int len) {
-  if (len >= 16) {
-    cover_runs<16>(
-        len,
-        [=](int64_t i) {
-          const uint8_t* p = src + 4 * i;
-          store_pixels<3>(dst + 3 * i,
-                          {without_alpha(load<u8x16>(p)), without_alpha(load<u8x16>(p + 16)),
-                           without_alpha(load<u8x16>(p + 32)), without_alpha(load<u8x16>(p + 48))},
-                          i + 16 == len);
-        },
-        [=](int64_t i) __attribute__((always_inline)) { prefetch_ahead(src + 4 * i, dst + 3 * i); });
-  } else {
-    for (int64_t i = 0; i < len; ++i) {
-      dst[3 * i] = src[4 * i + 1];
-      dst[3 * i + 1] = src[4 * i + 2];
-      dst[3 * i + 2] = src[4 * i + 3];
-    }
-  }
-  return PQX_OK;
+  return reorder_pixels<4, 3>(
+      src, dst, len,
+      [](const uint8_t* p, uint8_t* d, bool last) {
+        store_pixels<3>(d,
+                        {without_alpha(load<u8x16>(p)), without_alpha(load<u8x16>(p + 16)),
+                         without_alpha(load<u8x16>(p + 32)), without_alpha(load<u8x16>(p + 48))},
+                        last);
+      },
+      [](const uint8_t* p, uint8_t* d) { d[0] = p[1], d[1] = p[2], d[2] = p[3]; });
 }
 
 /// A, B, G, R to R, G, B.
 inline pqx_Status drop_alpha_reversed(const uint8_t* src, uint8_t* dst, int len) {
-  if (len >= 16) {
-    cover_runs<16>(
-        len,
-        [=](int64_t i) {
-          // A, B; G, R; A, B; G, R of two pixels become R, G; B, R; G, B.
-          const PixelPairs<4> pairs = load_pixel_pairs<4>(src + 4 * i);
-          const u16x8 ab0 = pairs.words[0], gr0 = pairs.words[1], ab1 = pairs.words[2], gr1 = pairs.words[3],
-                      even = all_u16(0x00ff), odd = all_u16(0xff00);
-          store_pixels<3>(dst + 3 * i,
-                          pairs_of_words(gr0 << 8 | gr0 >> 8, ab0 >> 8 | (gr1 & odd), (gr1 & even) | (ab1 & odd)),
-                          i + 16 == len);
-        },
-        [=](int64_t i) __attribute__((always_inline)) { prefetch_ahead(src + 4 * i, dst + 3 * i); });
-  } else {
-    for (int64_t i = 0; i < len; ++i) {
-      dst[3 * i] = src[4 * i + 3];
-      dst[3 * i + 1] = src[4 * i + 2];
-      dst[3 * i + 2] = src[4 * i + 1];
-    }
-  }
-  return PQX_OK;
+  return reorder_pixels<4, 3>(
+      src, dst, len,
+      [](const uint8_t* p, uint8_t* d, bool last) {
+        // A, B; G, R; A, B; G, R of two pixels become R, G; B, R; G, B.
+        const PixelPairs<4> pairs = load_pixel_pairs<4>(p);
+        const u16x8 ab0 = pairs.words[0], gr0 = pairs.words[1], ab1 = pairs.words[2], gr1 = pairs.words[3],
+                    even = all_u16(0x00ff), odd = all_u16(0xff00);
+        store_pixels<3>(d, pairs_of_words(gr0 << 8 | gr0 >> 8, ab0 >> 8 | (gr1 & odd), (gr1 & even) | (ab1 & odd)),
+                        last);
+      },
+      [](const uint8_t* p, uint8_t* d) { d[0] = p[3], d[1] = p[2], d[2] = p[1]; });
 }
 
 /// R, G, B to A, R, G, B, alpha 0.
 inline pqx_Status add_alpha(const uint8_t* src, uint8_t* dst, int len) {
-  if (len >= 16) {
-    cover_runs<16>(
-        len,
-        [=](int64_t i) {
-          // The last pixel is taken from the end of its four bytes, so that nothing behind the run is read.
-          const auto pixel = [p = src + 3 * i](int k) {
-            return k == 15 ? load_bytes<4, i32x4>(p + 44) >> 8 : load_bytes<4, i32x4>(p + 3 * k);
-          };
-          const auto two = [pixel](int k) { return interleave_low(pixel(k), pixel(k + 1)); };
+  return reorder_pixels<3, 4>(
+      src, dst, len,
+      [](const uint8_t* p, uint8_t* d, bool) {
+        // The last pixel is taken from the end of its four bytes, so that nothing behind the run is read.
+        const auto pixel = [p](int k) {
+          return k == 15 ? load_bytes<4, i32x4>(p + 44) >> 8 : load_bytes<4, i32x4>(p + 3 * k);
+        };
+        const auto two = [pixel](int k) { return interleave_low(pixel(k), pixel(k + 1)); };
 #pragma GCC unroll 4
-          for (int k = 0; k < 16; k += 4)
-            store(dst + 4 * (i + k), i32x4{_mm_unpacklo_epi64(two(k).v, two(k + 2).v)} << 8);
-        },
-        [=](int64_t i) __attribute__((always_inline)) { prefetch_ahead(src + 3 * i, dst + 4 * i); });
-  } else {
-    for (int64_t i = 0; i < len; ++i) {
-      dst[4 * i] = 0;
-      dst[4 * i + 1] = src[3 * i];
-      dst[4 * i + 2] = src[3 * i + 1];
-      dst[4 * i + 3] = src[3 * i + 2];
-    }
-  }
-  return PQX_OK;
+        for (int k = 0; k < 16; k += 4) store(d + 4 * k, i32x4{_mm_unpacklo_epi64(two(k).v, two(k + 2).v)} << 8);
+      },
+      [](const uint8_t* p, uint8_t* d) { d[0] = 0, d[1] = p[0], d[2] = p[1], d[3] = p[2]; });
 }
 
 /// R, G, B to A, B, G, R, alpha 0.
 inline pqx_Status add_alpha_reversed(const uint8_t* src, uint8_t* dst, int len) {
-  if (len >= 16) {
-    cover_runs<16>(
-        len,
-        [=](int64_t i) {
-          // R, G; B, R; G, B of two pixels become 0, B; G, R; 0, B; G, R.
-          const PixelPairs<3> pairs = load_pixel_pairs<3>(src + 3 * i);
-          const u16x8 rg = pairs.words[0], br = pairs.words[1], gb = pairs.words[2], even = all_u16(0x00ff),
-                      odd = all_u16(0xff00);
-          WordChannels<4>{{br << 8, rg << 8 | rg >> 8, gb & odd, (gb & even) | (br & odd)}}.store_pixels(dst + 4 * i,
-                                                                                                         false);
-        },
-        [=](int64_t i) __attribute__((always_inline)) { prefetch_ahead(src + 3 * i, dst + 4 * i); });
-  } else {
-    for (int64_t i = 0; i < len; ++i) {
-      dst[4 * i] = 0;
-      dst[4 * i + 1] = src[3 * i + 2];
-      dst[4 * i + 2] = src[3 * i + 1];
-      dst[4 * i + 3] = src[3 * i];
-    }
-  }
-  return PQX_OK;
+  return reorder_pixels<3, 4>(
+      src, dst, len,
+      [](const uint8_t* p, uint8_t* d, bool) {
+        // R, G; B, R; G, B of two pixels become 0, B; G, R; 0, B; G, R.
+        const PixelPairs<3> pairs = load_pixel_pairs<3>(p);
+        const u16x8 rg = pairs.words[0], br = pairs.words[1], gb = pairs.words[2], even = all_u16(0x00ff),
+                    odd = all_u16(0xff00);
+        WordChannels<4>{{br << 8, rg << 8 | rg >> 8, gb & odd, (gb & even) | (br & odd)}}.store_pixels(d, false);
+      },
+      [](const uint8_t* p, uint8_t* d) { d[0] = 0, d[1] = p[2], d[2] = p[1], d[3] = p[0]; });
 }
 
 }  // namespace pqx

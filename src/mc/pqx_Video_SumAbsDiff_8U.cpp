@@ -8,12 +8,15 @@ template <int n>
 i32x4 difference(const uint8_t* a, const uint8_t* b) {
   return {_mm_sad_epu8(load_piece<n>(a).v, load_piece<n>(b).v)};
 }
+/// Of sums below 2^16. Unlike a plain addition this one never takes the port that the differences need.
 i32x4 add_saturated(i32x4 a, i32x4 b) { return {_mm_adds_epu16(a.v, b.v)}; }
 uint32_t total(i32x4 sum) { return uint32_t(_mm_cvtsi128_si32((sum + i32x4{_mm_unpackhi_epi64(sum.v, sum.v)}).v)); }
 
 template <int size>
 [[gnu::always_inline]] inline uint32_t square_difference(const uint8_t* a, const uint8_t* b, int64_t step) {
   i32x4 sum = {_mm_setzero_si128()};
+  static_assert(size * 8 * 255 < 1 << 16, "each half of the sum holds eight columns");
+  // Left alone, the compiler derives each row's address from the one before.
   int64_t two = 2 * step, three = 3 * step, four = 4 * step;
   asm("" : "+r"(two), "+r"(three), "+r"(four));
   const auto add = [&](int64_t row) { sum = add_saturated(sum, difference<size>(a + row, b + row)); };

@@ -206,14 +206,14 @@ pqx_Status predict_in_order(const uint8_t* src, int64_t below, int64_t step, T* 
 
 /// Copies, without regard to overlap.
 template <class To>
-[[gnu::noinline]] pqx_Status copy_strips(const uint8_t* src, uint8_t* dst, int step, int columns, int rows) {
+[[gnu::noinline]] pqx_Status copy_other_widths(const uint8_t* src, uint8_t* dst, int step, int columns, int rows) {
   return predict_any<Whole, To>(src, 0, step, dst, step, columns, rows);
 }
 template <class To>
 [[gnu::noinline]] pqx_Status copy_any(const uint8_t* src, uint8_t* dst, int step, int columns, int rows) {
   if (columns == 16) return predict_strip<16, Whole, To>(src, 0, step, dst, step, rows);
   if (columns == 8) return predict_strip<8, Whole, To>(src, 0, step, dst, step, rows);
-  return columns > 0 ? copy_strips<To>(src, dst, step, columns, rows) : PQX_OK;
+  return columns > 0 ? copy_other_widths<To>(src, dst, step, columns, rows) : PQX_OK;
 }
 
 inline int64_t magnitude(int64_t x) { return x < 0 ? -x : x; }
