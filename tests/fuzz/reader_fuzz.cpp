@@ -1,15 +1,15 @@
 // A reader of the tool, by its macro, on any bytes.
-#include "h261_decoder.h"
-#include "jpeg_decoder.h"
-#include "pnm_file.h"
-#include "y4m_file.h"
+#include "h261/decoder.h"
+#include "jpeg/decoder.h"
+#include "picture/pnm.h"
+#include "picture/y4m.h"
 
-using namespace pqxvideo;
+using namespace pqx_codec;
 
 namespace {
 
 [[maybe_unused]] void fuzz_jpeg(std::span<const uint8_t> bytes) {
-  decode_jpeg(bytes, bytes.size() % 2 ? Upsampling::nearest : Upsampling::bilinear);
+  jpeg::decode(bytes, bytes.size() % 2 ? jpeg::Upsampling::nearest : jpeg::Upsampling::bilinear);
 }
 /// Each stream strictly, and again with its damage concealed.
 [[maybe_unused]] void fuzz_h261(std::span<const uint8_t> bytes) {

@@ -4,14 +4,15 @@
 #include <functional>
 #include <random>
 
-#include "h261_decoder.h"
-#include "jpeg_decoder.h"
-#include "jpeg_encoder.h"
+#include "h261/decoder.h"
+#include "jpeg/decoder.h"
+#include "jpeg/encoder.h"
+#include "picture/png.h"
+#include "picture/pnm.h"
 #include "picture_file.h"
 #include "pictures.h"
-#include "png_file.h"
-#include "pnm_file.h"
 
+using namespace pqx_codec;
 using namespace pqxvideo;
 using namespace tool_test;
 
@@ -21,12 +22,12 @@ std::vector<Bytes> make_pictures() {
   std::vector<Bytes> seeds;
   for (const auto& [width, height] : {std::pair{1, 1}, {33, 17}, {64, 40}}) {
     const Image grey = make_picture(width, height, 1), colour = make_picture(width, height, 3);
-    seeds.push_back(encode_jpeg(grey, {}));
-    for (const Sampling sampling : {Sampling::s444, Sampling::s422, Sampling::s420})
-      seeds.push_back(encode_jpeg(colour, {50, sampling, true}));
+    seeds.push_back(jpeg::encode(grey, {}));
+    for (const jpeg::Sampling sampling : {jpeg::Sampling::s444, jpeg::Sampling::s422, jpeg::Sampling::s420})
+      seeds.push_back(jpeg::encode(colour, {50, sampling, true}));
     for (const char* const options : {"-restart 1B", "-quality 3", "-rgb -optimize", "-sample 2x1 -restart 1"})
       seeds.push_back(encode_outside(colour, options));
-    const Bytes plane = encode_jpeg(grey, {.quality = 30});
+    const Bytes plane = jpeg::encode(grey, {.quality = 30});
     seeds.push_back(assemble(width, height, {plane, plane, plane, plane}, {0x11, 0x11, 0x11, 0x11}, 2));
     const Workplace place;
     for (const char* const name : {"picture.png", "picture.ppm"}) {
@@ -71,22 +72,22 @@ TEST(Damage, NeverDoesMoreThanFail) {
   const struct {
     std::vector<Bytes> seeds;
     std::function<void(const Bytes&, int)> read;
-  } kinds[] = {{make_pictures(),
-                [](const Bytes& bytes, int i) {
-                  is_png(bytes)   ? read_png(bytes)
-                  : is_pnm(bytes) ? read_pnm(bytes)
-                                  : decode_jpeg(bytes, i % 2 ? Upsampling::nearest : Upsampling::bilinear);
-                }},
-               {{encode(make_pan(false, 3), {20, true, 4}), encode(make_pan(false, 3), {31, true, 4})},
-                [&](const Bytes& bytes, int i) {
-                  h261::Decoder decoder =
-                      i % 4 ? h261::Decoder(bytes) : h261::Decoder(bytes, [&](auto&) { ++concealed; });
-                  while (decoder.next()) continue;
-                }},
-               {{y4m}, [](const Bytes& bytes, int) {
-                  Y4mReader reader(bytes);
-                  for (YuvPicture picture; reader.next(picture);) continue;
-                }}};
+  } kinds[] = {
+      {make_pictures(),
+       [](const Bytes& bytes, int i) {
+         is_png(bytes)   ? read_png(bytes)
+         : is_pnm(bytes) ? read_pnm(bytes)
+                         : jpeg::decode(bytes, i % 2 ? jpeg::Upsampling::nearest : jpeg::Upsampling::bilinear);
+       }},
+      {{encode(make_pan(false, 3), {20, true, 4}), encode(make_pan(false, 3), {31, true, 4})},
+       [&](const Bytes& bytes, int i) {
+         h261::Decoder decoder = i % 4 ? h261::Decoder(bytes) : h261::Decoder(bytes, [&](auto&) { ++concealed; });
+         while (decoder.next()) continue;
+       }},
+      {{y4m}, [](const Bytes& bytes, int) {
+         Y4mReader reader(bytes);
+         for (YuvPicture picture; reader.next(picture);) continue;
+       }}};
   std::mt19937 random(20240723);
   Clock::duration longest{};
   for (const auto& [seeds, read] : kinds) {

@@ -7,6 +7,7 @@
 #include "picture_file.h"
 #include "pictures.h"
 
+using namespace pqx_codec;
 using namespace pqxvideo;
 using namespace tool_test;
 

@@ -4,13 +4,14 @@
 #include <algorithm>
 #include <sstream>
 
-#include "jpeg_encoder.h"
+#include "jpeg/encoder.h"
+#include "picture/png.h"
+#include "picture/pnm.h"
 #include "picture_file.h"
 #include "pictures.h"
-#include "png_file.h"
-#include "pnm_file.h"
 #include "psnr.h"
 
+using namespace pqx_codec;
 using namespace pqxvideo;
 using namespace tool_test;
 
@@ -117,7 +118,7 @@ TEST(Tool, GoesFromPictureToJpegAndBack) {
   EXPECT_EQ(sheet.width(), 3 * 53);
   EXPECT_EQ(sheet.height(), 2 * 38);
   // The defaults are quality 75 and 4:2:0.
-  EXPECT_EQ(read_bytes(place / "b.jpg"), encode_jpeg(in, {75, Sampling::s420, true}));
+  EXPECT_EQ(read_bytes(place / "b.jpg"), jpeg::encode(in, {75, jpeg::Sampling::s420, true}));
 }
 
 TEST(Tool, ReportsErrorsInOneLineAndLeavesNothing) {
@@ -126,7 +127,7 @@ TEST(Tool, ReportsErrorsInOneLineAndLeavesNothing) {
   write_picture(place / "in.png", image);
   write_picture(place / "other.ppm", make_picture(41, 30, 3));
   write_picture(place / "grey.ppm", make_picture(40, 30, 1));
-  const Bytes jpeg = encode_jpeg(image, {});
+  const Bytes jpeg = jpeg::encode(image, {});
   Bytes longer = jpeg, restart = encode_outside(image, "-grayscale -restart 1"), deep = jpeg;
   longer.insert(longer.end() - 2, {0, 0});
   const auto place_of = [](const Bytes& part, Bytes& bytes) {

@@ -2,15 +2,16 @@
 
 #include <algorithm>
 
-#include "h261_decoder.h"
-#include "h261_encoder.h"
-#include "h261_format.h"
+#include "h261/decoder.h"
+#include "h261/encoder.h"
+#include "h261/format.h"
 #include "pan.h"
+#include "picture/y4m.h"
 #include "picture_file.h"
 #include "pictures.h"
 #include "psnr.h"
-#include "y4m_file.h"
 
+using namespace pqx_codec;
 using namespace pqxvideo;
 using namespace tool_test;
 

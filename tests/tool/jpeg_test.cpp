@@ -1,12 +1,13 @@
 #include <gtest/gtest.h>
 
-#include "jpeg_decoder.h"
-#include "jpeg_encoder.h"
-#include "jpeg_format.h"
-#include "jpeg_huffman.h"
+#include "jpeg/decoder.h"
+#include "jpeg/encoder.h"
+#include "jpeg/format.h"
+#include "jpeg/huffman.h"
 #include "pictures.h"
 #include "psnr.h"
 
+using namespace pqx_codec;
 using namespace pqxvideo;
 using namespace tool_test;
 
@@ -16,7 +17,7 @@ struct Size {
   int width, height;
 };
 constexpr Size sizes[] = {{1, 1}, {2, 1}, {1, 9}, {3, 2}, {8, 8}, {16, 17}, {17, 16}, {33, 31}, {70, 45}, {129, 50}};
-constexpr Sampling samplings[] = {Sampling::s444, Sampling::s422, Sampling::s420};
+constexpr jpeg::Sampling samplings[] = {jpeg::Sampling::s444, jpeg::Sampling::s422, jpeg::Sampling::s420};
 
 std::string describe(int width, int height, const std::string& what) {
   return std::to_string(width) + " x " + std::to_string(height) + " " + what;
@@ -30,10 +31,10 @@ void expect_agreement(const Image& ours, const Image& judge, const std::string& 
 }
 
 void expect_agreement_with_judge(const Bytes& jpeg, int width, int height, const std::string& what) {
-  expect_agreement(decode_jpeg(jpeg, Upsampling::nearest), judge(jpeg, false),
+  expect_agreement(jpeg::decode(jpeg, jpeg::Upsampling::nearest), judge(jpeg, false),
                    describe(width, height, what) + ", nn");
   // With one or two columns of chroma the judge does not interpolate.
-  if (width > 4) expect_agreement(decode_jpeg(jpeg), judge(jpeg, true), describe(width, height, what) + ", bl");
+  if (width > 4) expect_agreement(jpeg::decode(jpeg), judge(jpeg, true), describe(width, height, what) + ", bl");
 }
 
 }  // namespace
@@ -46,12 +47,12 @@ TEST(Jpeg, ComesBackCloseToWhatWentIn) {
                 {40, 37.5, {34.4, 29.9, 31.9}}, {5, 25.5, {21.3, 20.7, 19.7}}, {1, 22.7, {18.6, 17.6, 16.7}}};
   for (const auto [width, height] : sizes)
     for (const auto& bound : bounds) {
-      const auto loss = [&](const Image& image, Sampling sampling) {
-        return compare(image, decode_jpeg(encode_jpeg(image, {bound.quality, sampling}))).psnr();
+      const auto loss = [&](const Image& image, jpeg::Sampling sampling) {
+        return compare(image, jpeg::decode(jpeg::encode(image, {bound.quality, sampling}))).psnr();
       };
       const std::string what = describe(width, height, "at ") + std::to_string(bound.quality);
-      EXPECT_GE(loss(make_picture(width, height, 1, Content::smooth), Sampling::s420), bound.grey) << what;
-      for (const Sampling sampling : samplings)
+      EXPECT_GE(loss(make_picture(width, height, 1, Content::smooth), jpeg::Sampling::s420), bound.grey) << what;
+      for (const jpeg::Sampling sampling : samplings)
         EXPECT_GE(loss(make_picture(width, height, 3, Content::smooth), sampling), bound.by_sampling[int(sampling)])
             << what << ", sampling " << int(sampling);
     }
@@ -59,18 +60,18 @@ TEST(Jpeg, ComesBackCloseToWhatWentIn) {
 
 TEST(Jpeg, OptimizedTablesChangeTheBytesOnly) {
   for (const Content content : {Content::smooth, Content::edges, Content::noise})
-    for (const Sampling sampling : samplings) {
+    for (const jpeg::Sampling sampling : samplings) {
       const Image image = make_picture(150, 120, 3, content);
-      const Bytes plain = encode_jpeg(image, {90, sampling}), optimized = encode_jpeg(image, {90, sampling, true});
+      const Bytes plain = jpeg::encode(image, {90, sampling}), optimized = jpeg::encode(image, {90, sampling, true});
       EXPECT_LT(optimized.size(), plain.size());
-      EXPECT_EQ(compare(decode_jpeg(plain), decode_jpeg(optimized)).largest_of_all(), 0);
+      EXPECT_EQ(compare(jpeg::decode(plain), jpeg::decode(optimized)).largest_of_all(), 0);
     }
 }
 
 TEST(Jpeg, HeadersAreThoseOfTheOutsideEncoder) {
   const Image image = make_picture(20, 10, 3);
   for (const int quality : {1, 10, 33, 50, 51, 75, 99, 100}) {
-    const Bytes ours = encode_jpeg(image, {.quality = quality});
+    const Bytes ours = jpeg::encode(image, {.quality = quality});
     const Bytes theirs = encode_outside(image, "-baseline -sample 2x2 -quality " + std::to_string(quality));
     constexpr uint8_t scan[] = {0xFF, 0xDA, 0, 12, 3};
     const auto length = std::search(ours.begin(), ours.end(), std::begin(scan), std::end(scan)) - ours.begin() + 14;
@@ -82,11 +83,11 @@ TEST(Jpeg, OutsideDecoderReadsWhatWeWrite) {
   for (const auto [width, height] : sizes)
     for (const Content content : {Content::edges, Content::noise}) {
       const Image grey = make_picture(width, height, 1, content);
-      expect_agreement_with_judge(encode_jpeg(grey, {.quality = 80, .optimize = true}), width, height, "grey");
+      expect_agreement_with_judge(jpeg::encode(grey, {.quality = 80, .optimize = true}), width, height, "grey");
       const Image colour = make_picture(width, height, 3, content);
-      for (const Sampling sampling : samplings) {
+      for (const jpeg::Sampling sampling : samplings) {
         const bool noise = content == Content::noise;
-        expect_agreement_with_judge(encode_jpeg(colour, {noise ? 100 : 60, sampling, noise}), width, height,
+        expect_agreement_with_judge(jpeg::encode(colour, {noise ? 100 : 60, sampling, noise}), width, height,
                                     "sampling " + std::to_string(int(sampling)));
       }
     }
@@ -137,19 +138,19 @@ TEST(Jpeg, ReadsScansOfSingleComponents) {
         // Different for each component, of full contrast only where it does not need clipping.
         const Image plane = make_picture((width + across - 1) / across, (height + down - 1) / down, 1,
                                          i % 2 ? Content::smooth : Content::edges);
-        planes.push_back(encode_jpeg(plane, {.quality = 90}));
+        planes.push_back(jpeg::encode(plane, {.quality = 90}));
       }
       expect_agreement_with_judge(assemble(width, height, planes, factors, adobe_transform), width, height, what);
     }
 }
 
 TEST(Jpeg, LoneChromaIsNotMixedWithItsPadding) {
-  const Bytes block = encode_jpeg(make_picture(8, 8, 1, Content::noise), {.quality = 100});
+  const Bytes block = jpeg::encode(make_picture(8, 8, 1, Content::noise), {.quality = 100});
   for (const std::vector<int>& factors :
        {std::vector{0x22, 0x11, 0x11}, {0x21, 0x11, 0x11}, {0x22, 0x11, 0x11, 0x22}})
     for (const int width : {1, 2}) {
       const Bytes jpeg = assemble(width, 2, std::vector(factors.size(), block), factors, 2);
-      const Image nearest = decode_jpeg(jpeg, Upsampling::nearest), bilinear = decode_jpeg(jpeg);
+      const Image nearest = jpeg::decode(jpeg, jpeg::Upsampling::nearest), bilinear = jpeg::decode(jpeg);
       EXPECT_EQ(compare(nearest, bilinear).largest_of_all(), 0) << width << " wide, " << factors[0];
     }
 }
@@ -157,10 +158,10 @@ TEST(Jpeg, LoneChromaIsNotMixedWithItsPadding) {
 TEST(Jpeg, CoefficientsBeyondAllBoundsSaturate) {
   Image edge(8, 8, 1);
   for (int y = 0; y < 8; ++y) std::fill(std::fill_n(edge.row(y), 4, uint8_t{0}), edge.row(y) + 8, uint8_t{255});
-  Bytes jpeg = encode_jpeg(edge, {.quality = 100});
+  Bytes jpeg = jpeg::encode(edge, {.quality = 100});
   for (const int step : {40, 110, 180, 255}) {  // 16 bits would turn the sign of the largest level, -924, times these
     std::fill_n(jpeg.begin() + 25, 64, uint8_t(step));
-    const Image decoded = decode_jpeg(jpeg);
+    const Image decoded = jpeg::decode(jpeg);
     EXPECT_EQ(compare(decoded, edge).largest_of_all(), 0) << step;
   }
 }

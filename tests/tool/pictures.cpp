@@ -17,7 +17,7 @@
 
 namespace tool_test {
 
-using pqxvideo::Image;
+using pqx_codec::Image;
 
 Image make_picture(int width, int height, int channels, Content content) {
   Image image(width, height, channels);
@@ -49,10 +49,10 @@ Pictures make_wandering(int frames) {
   return clip;
 }
 
-Bytes encode(const Pictures& clip, const pqxvideo::h261::EncoderOptions& options, Pictures* reconstruction) {
-  pqxvideo::h261::Encoder encoder(clip[0].width(), clip[0].height(), options);
+Bytes encode(const Pictures& clip, const pqx_codec::h261::EncoderOptions& options, Pictures* reconstruction) {
+  pqx_codec::h261::Encoder encoder(clip[0].width(), clip[0].height(), options);
   Bytes stream;
-  for (const pqxvideo::YuvPicture& picture : clip) {
+  for (const pqx_codec::YuvPicture& picture : clip) {
     const Bytes coded = encoder.encode(picture);
     stream.insert(stream.end(), coded.begin(), coded.end());
     if (reconstruction) reconstruction->push_back(encoder.reconstruction());
@@ -60,11 +60,11 @@ Bytes encode(const Pictures& clip, const pqxvideo::h261::EncoderOptions& options
   return stream;
 }
 
-Bytes y4m_of(const Pictures& clip, pqxvideo::FrameRate rate) {
+Bytes y4m_of(const Pictures& clip, pqx_codec::FrameRate rate) {
   const Workplace place;
   pqxvideo::OutputFile file(place / "clip.y4m");
-  pqxvideo::Y4mWriter writer(file, clip[0].width(), clip[0].height(), rate);
-  for (const pqxvideo::YuvPicture& picture : clip) writer.write(picture);
+  pqx_codec::Y4mWriter writer(file, clip[0].width(), clip[0].height(), rate);
+  for (const pqx_codec::YuvPicture& picture : clip) writer.write(picture);
   file.commit();
   return read_bytes(place / "clip.y4m");
 }

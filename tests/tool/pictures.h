@@ -7,9 +7,9 @@
 #include <string>
 #include <vector>
 
-#include "h261_encoder.h"
-#include "image.h"
-#include "y4m_file.h"
+#include "h261/encoder.h"
+#include "picture/image.h"
+#include "picture/y4m.h"
 
 namespace tool_test {
 
@@ -18,17 +18,18 @@ using Bytes = std::vector<uint8_t>;
 enum class Content { smooth, edges, noise };
 
 /// A picture that is the same for the same arguments.
-pqxvideo::Image make_picture(int width, int height, int channels, Content content = Content::edges);
+pqx_codec::Image make_picture(int width, int height, int channels, Content content = Content::edges);
 
-using Pictures = std::vector<pqxvideo::YuvPicture>;
+using Pictures = std::vector<pqx_codec::YuvPicture>;
 
 /// Pictures that a window moving over a larger one shows.
 Pictures make_pan(bool cif, int frames);
 /// QCIF pictures of a square that wanders over what stands still.
 Pictures make_wandering(int frames);
 
-Bytes encode(const Pictures& clip, const pqxvideo::h261::EncoderOptions& options, Pictures* reconstruction = nullptr);
-Bytes y4m_of(const Pictures& clip, pqxvideo::FrameRate rate = {});
+Bytes encode(const Pictures& clip, const pqx_codec::h261::EncoderOptions& options,
+             Pictures* reconstruction = nullptr);
+Bytes y4m_of(const Pictures& clip, pqx_codec::FrameRate rate = {});
 Bytes text(const std::string& s);
 
 /// A directory of its own for each object, removed with it.
@@ -78,9 +79,9 @@ void expect_failure(const Workplace& place, const std::string& command, int stat
 void expect_failures(const Workplace& place, std::span<const FailingCommand> commands);
 
 /// What djpeg -dct float makes of a JPEG file.
-pqxvideo::Image judge(const Bytes& jpeg, bool smooth);
+pqx_codec::Image judge(const Bytes& jpeg, bool smooth);
 /// What cjpeg makes of a picture.
-Bytes encode_outside(const pqxvideo::Image& image, const std::string& options);
+Bytes encode_outside(const pqx_codec::Image& image, const std::string& options);
 
 /// A JPEG file of several components, each in a scan of its own, put together from grey ones made with equal tables.
 /// Factors are written as in the file: 0x21 is 2 horizontally, 1 vertically. A transform of -1 leaves the Adobe

@@ -3,13 +3,14 @@
 #include <chrono>
 #include <random>
 
-#include "clip.h"
-#include "h261_encoder.h"
+#include "h261/encoder.h"
 #include "picture_file.h"
 #include "pictures.h"
-#include "player.h"
-#include "show.h"
+#include "player/clip.h"
+#include "player/player.h"
+#include "player/show.h"
 
+using namespace pqx_codec;
 using namespace pqxvideo;
 using namespace tool_test;
 using namespace std::chrono_literals;

@@ -3,12 +3,13 @@
 
 #include <chrono>
 
-#include "clip.h"
 #include "picture_file.h"
 #include "pictures.h"
-#include "play.h"
-#include "show.h"
+#include "player/clip.h"
+#include "player/play.h"
+#include "player/show.h"
 
+using namespace pqx_codec;
 using namespace pqxvideo;
 using namespace tool_test;
 

@@ -14,7 +14,7 @@
 #include <system_error>
 #include <utility>
 
-#include "failure.h"
+#include "naming.h"
 
 namespace pqxvideo {
 namespace {
@@ -64,33 +64,35 @@ int make_unfinished(std::string& name) {
   return fd;
 }
 
-}  // namespace
-
-FileBytes::FileBytes(const std::string& path) {
-  naming(path, [&] { read(path); });
-}
-
-void FileBytes::read(const std::string& path) {
+OwnedBytes read_all(const std::string& path) {
   const Descriptor file{::open(path.c_str(), O_RDONLY | O_CLOEXEC)};
   struct stat info;
   if (file.fd < 0 || ::fstat(file.fd, &info) != 0) fail("cannot read", errno);
 
+  OwnedBytes bytes;
+  auto& [memory, size] = bytes;
   // One byte more than a regular file holds, so that the first read meets its end.
   size_t capacity = S_ISREG(info.st_mode) ? size_t(info.st_size) + 1 : size_t{1} << 16;
   for (;;) {
-    if (size_ > max_file_bytes || capacity > 2 * max_file_bytes) throw Failure("cannot read: file too large");
+    if (size > max_file_bytes || capacity > 2 * max_file_bytes) throw Failure("cannot read: file too large");
     Memory grown = uninitialized_memory(capacity);
-    std::copy_n(bytes_.get(), size_, grown.get());
-    bytes_ = std::move(grown);
-    while (size_ < capacity) {
-      const ssize_t got = ::read(file.fd, bytes_.get() + size_, capacity - size_);
+    std::copy_n(memory.get(), size, grown.get());
+    memory = std::move(grown);
+    while (size < capacity) {
+      const ssize_t got = ::read(file.fd, memory.get() + size, capacity - size);
       if (got < 0 && errno == EINTR) continue;
       if (got < 0) fail("cannot read", errno);
-      if (got == 0) return;
-      size_ += size_t(got);
+      if (got == 0) return bytes;
+      size += size_t(got);
     }
     capacity *= 2;
   }
+}
+
+}  // namespace
+
+OwnedBytes read_file(const std::string& path) {
+  return naming(path, [&] { return read_all(path); });
 }
 
 bool is_standard_output(const std::string& path) {

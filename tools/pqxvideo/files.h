@@ -4,40 +4,30 @@
 #include <cstdio>
 #include <span>
 #include <string>
-#include <utility>
 
-#include "memory.h"
+#include "codec.h"
+#include "core/byte_sink.h"
+#include "core/memory.h"
 
 namespace pqxvideo {
 
 /// The bytes of a whole file.
-class FileBytes {
- public:
-  explicit FileBytes(const std::string& path);
-  operator std::span<const uint8_t>() const { return {bytes_.get(), size_}; }
-  /// Hands over the memory that they lie in.
-  Memory release() && { return std::move(bytes_); }
-
- private:
-  void read(const std::string& path);
-
-  size_t size_ = 0;
-  Memory bytes_;
-};
+OwnedBytes read_file(const std::string& path);
 
 /// Whether a path leads to where standard output goes.
 bool is_standard_output(const std::string& path);
 
 /// A file that appears under its name only when it is complete: it is written beside it and renamed by commit().
 /// Devices and pipes are written directly.
-class OutputFile {
+class OutputFile final : public ByteSink {
  public:
   explicit OutputFile(const std::string& path);
-  ~OutputFile();
+  ~OutputFile() override;
   OutputFile(const OutputFile&) = delete;
   OutputFile& operator=(const OutputFile&) = delete;
 
-  void write(std::span<const uint8_t> bytes);
+  using ByteSink::write;
+  void write(std::span<const uint8_t> bytes) override;
   void commit();
 
  private:

@@ -10,8 +10,9 @@
 
 #include "contact_sheet.h"
 #include "files.h"
-#include "jpeg_decoder.h"
-#include "jpeg_encoder.h"
+#include "jpeg/decoder.h"
+#include "jpeg/encoder.h"
+#include "naming.h"
 #include "picture_file.h"
 #include "pqx_video.h"
 #include "psnr.h"
@@ -40,29 +41,29 @@ auto perform(bool timed, Action action, auto picture_of) {
   return result;
 }
 
-void encode(const std::string& in, const std::string& out, const EncoderOptions& options, bool time) {
+void encode(const std::string& in, const std::string& out, const jpeg::EncoderOptions& options, bool time) {
   const Image image = read_picture(in);
   naming(out, [&] {
     const auto bytes = perform(
-        time, [&] { return encode_jpeg(image, options); }, [&](const auto&) -> auto& { return image; });
+        time, [&] { return jpeg::encode(image, options); }, [&](const auto&) -> auto& { return image; });
     OutputFile file(out);
     file.write(bytes);
     file.commit();
   });
 }
 
-void decode(const std::string& in, const std::string& out, Upsampling upsampling, bool time) {
+void decode(const std::string& in, const std::string& out, jpeg::Upsampling upsampling, bool time) {
   const Image image = naming(in, [&] {
-    const FileBytes bytes(in);
-    if (!is_jpeg(bytes)) throw Failure("not a JPEG file");
+    const OwnedBytes bytes = read_file(in);
+    if (!jpeg::is_file(bytes)) throw Failure("not a JPEG file");
     return perform(
-        time, [&] { return decode_jpeg(bytes, upsampling); }, [](const Image& decoded) -> auto& { return decoded; });
+        time, [&] { return jpeg::decode(bytes, upsampling); }, [](const Image& decoded) -> auto& { return decoded; });
   });
   write_picture(out, image);
 }
 
 void print_psnr(const std::string& a, const std::string& b) {
-  if (const FileBytes first(a), second(b); is_y4m(first) && is_y4m(second)) {
+  if (const OwnedBytes first = read_file(a), second = read_file(b); is_y4m(first) && is_y4m(second)) {
     print(std::cout, naming(a + ", " + b, [&] {
             Y4mReader clip(first), other(second);
             return compare(clip, other);
@@ -97,7 +98,7 @@ int main(int argc, char** argv) {
   app.set_version_flag("--version", pqx_GetVersion());
   std::string in, out;
   std::vector<std::string> decoded;
-  EncoderOptions options;
+  jpeg::EncoderOptions options;
   std::string sampling = "420", upsampling = "bl";
   bool time = false;
 
@@ -108,8 +109,8 @@ int main(int argc, char** argv) {
   encoder->add_option("--quality", options.quality, "Scale of the quantization, 1..100")
       ->check(CLI::Range(1, 100))
       ->capture_default_str();
-  const std::map<std::string, Sampling> samplings{
-      {"420", Sampling::s420}, {"422", Sampling::s422}, {"444", Sampling::s444}};
+  const std::map<std::string, jpeg::Sampling> samplings{
+      {"420", jpeg::Sampling::s420}, {"422", jpeg::Sampling::s422}, {"444", jpeg::Sampling::s444}};
   encoder->add_option("--sampling", sampling, "Resolution of the chroma")
       ->check(CLI::IsMember(samplings))
       ->capture_default_str();
@@ -120,7 +121,8 @@ int main(int argc, char** argv) {
   decoder->add_option("OUT", out, "PNG or PNM file, by the ending of its name")
       ->required()
       ->check(picture_to_write());
-  const std::map<std::string, Upsampling> upsamplings{{"bl", Upsampling::bilinear}, {"nn", Upsampling::nearest}};
+  const std::map<std::string, jpeg::Upsampling> upsamplings{{"bl", jpeg::Upsampling::bilinear},
+                                                            {"nn", jpeg::Upsampling::nearest}};
   decoder->add_option("--upsampling", upsampling, "Chroma bilinear (bl) or by nearest neighbour (nn)")
       ->check(CLI::IsMember(upsamplings))
       ->capture_default_str();

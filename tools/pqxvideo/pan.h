@@ -1,7 +1,8 @@
 #pragma once
 
-#include "image.h"
-#include "yuv_picture.h"
+#include "codec.h"
+#include "picture/image.h"
+#include "picture/yuv_picture.h"
 
 namespace pqxvideo {
 

@@ -5,9 +5,10 @@
 #include <utility>
 
 #include "files.h"
-#include "jpeg_decoder.h"
-#include "png_file.h"
-#include "pnm_file.h"
+#include "jpeg/decoder.h"
+#include "naming.h"
+#include "picture/png.h"
+#include "picture/pnm.h"
 
 namespace pqxvideo {
 namespace {
@@ -26,10 +27,10 @@ bool is_pnm_name(const std::string& path) {
 
 Image read_picture(const std::string& path) {
   return naming(path, [&] {
-    FileBytes bytes(path);
+    OwnedBytes bytes = read_file(path);
     if (is_png(bytes)) return read_png(bytes);
     if (is_pnm(bytes)) return read_pnm(std::move(bytes));
-    if (is_jpeg(bytes)) return decode_jpeg(bytes);
+    if (jpeg::is_file(bytes)) return jpeg::decode(bytes);
     throw Failure("not a PNG, PNM or JPEG file");
   });
 }

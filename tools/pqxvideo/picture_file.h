@@ -2,7 +2,8 @@
 
 #include <string>
 
-#include "image.h"
+#include "codec.h"
+#include "picture/image.h"
 
 namespace pqxvideo {
 

@@ -5,8 +5,9 @@
 #include <cstdlib>
 #include <ostream>
 
-#include "image.h"
-#include "y4m_file.h"
+#include "codec.h"
+#include "picture/image.h"
+#include "picture/y4m.h"
 
 namespace pqxvideo {
 

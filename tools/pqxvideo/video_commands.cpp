@@ -9,15 +9,16 @@
 #include <memory>
 #include <utility>
 
-#include "clip.h"
 #include "files.h"
-#include "h261_decoder.h"
-#include "h261_encoder.h"
+#include "h261/decoder.h"
+#include "h261/encoder.h"
+#include "naming.h"
 #include "pan.h"
+#include "picture/y4m.h"
 #include "picture_file.h"
-#include "play.h"
-#include "show.h"
-#include "y4m_file.h"
+#include "player/clip.h"
+#include "player/play.h"
+#include "player/show.h"
 
 namespace pqxvideo {
 namespace {
@@ -66,7 +67,7 @@ class Progress {
 };
 
 void encode(const std::string& in, const std::string& out, const h261::EncoderOptions& options) {
-  const FileBytes bytes(in);
+  const OwnedBytes bytes = read_file(in);
   auto reader = naming(in, [&] { return Y4mReader(bytes); });
   auto encoder = naming(in, [&] { return h261::Encoder(reader.width(), reader.height(), options); });
   Progress progress("encoding");
@@ -90,7 +91,7 @@ void encode(const std::string& in, const std::string& out, const h261::EncoderOp
 }
 
 void decode(const std::string& in, const std::string& out, bool conceal) {
-  const FileBytes bytes(in);
+  const OwnedBytes bytes = read_file(in);
   Progress progress("decoding");
   const auto report = [&](const std::string& damage) {
     progress.clear();
@@ -128,7 +129,7 @@ void make_pan(const std::string& in, const std::string& out, int width, int heig
 }
 
 void show_frame(const std::string& in, const std::string& out, int number, int zoom) {
-  const FileBytes bytes(in);
+  const OwnedBytes bytes = read_file(in);
   write_picture(out, naming(in, [&] {
                   const auto clip = open_clip(bytes, 2);
                   while (clip->number() < number)

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <span>
+
+#include "codec.h"
+#include "picture/rectangle.h"
+#include "picture/y4m.h"
+#include "picture/yuv_picture.h"
+
+namespace pqxvideo {
+
+/// A clip, of which one picture is looked at; to begin with, the first.
+class Clip {
+ public:
+  virtual ~Clip() = default;
+
+  /// Goes to the next picture; false, staying where it is, at the end.
+  virtual bool next() = 0;
+  /// Goes back to a picture that has been looked at before.
+  virtual void go_back(int number) = 0;
+
+  const YuvPicture& picture() const { return picture_; }
+  /// Its number, from 0.
+  int number() const { return number_; }
+  /// Where it may differ from the picture that was looked at before it.
+  const Rectangle& changed() const { return changed_; }
+  Rectangle whole() const { return {0, 0, picture_.width(), picture_.height()}; }
+
+  FrameRate rate() const { return rate_; }
+  /// For how many frames it stands until the next one takes its place.
+  int frames() const { return frames_; }
+
+ protected:
+  YuvPicture picture_;
+  int number_ = -1;
+  Rectangle changed_;
+  FrameRate rate_;
+  int frames_ = 1;
+};
+
+/// Opens a Y4M file or an H.261 stream, whose bytes must stay.
+/// @param most_kept  an even number: from how many places of a stream decoding can begin again for an earlier picture
+std::unique_ptr<Clip> open_clip(std::span<const uint8_t> bytes, size_t most_kept = 128);
+
+}  // namespace pqxvideo
