@@ -232,10 +232,17 @@ class Library:
         what = "inner loops of video codecs and still\\-picture pipelines"
         page = self.head(["pqx_video"], what, how + self.data(data))
         page += ".SH DESCRIPTION\n" + paragraphs(self.file.find("detaileddescription")).removeprefix(".PP\n")
-        page += f".SS Footprints\n{filled(escape(FOOTPRINTS))}\n.SS Status codes\n"
-        for name in self.of_kind("define"):
-            member = self.members[name]
-            page += f".TP\n.BR {name} \\ ({flat(member.find('initializer'))})\n{filled(escape(brief(member)))}\n"
+        page += f".SS Footprints\n{filled(escape(FOOTPRINTS))}\n"
+        macros = self.of_kind("define")
+        versions = [name for name in macros if name.startswith("PQX_VERSION_")]
+        codes = [name for name in macros if name not in versions]
+        for title, names in ("Status codes", codes), ("Release for the preprocessor", versions):
+            page += f".SS {title}\n"
+            for name in names:
+                member = self.members[name]
+                value = flat(member.find("initializer"))
+                shown = f" \\ ({value})" if value.isdigit() else ""
+                page += f".TP\n.BR {name}{shown}\n{filled(escape(brief(member)))}\n"
         page += ".SS Data\n" + self.entries(data)
         for group in self.groups:
             functions = self.of_kind("function", group)

@@ -42,6 +42,18 @@ extern "C" {
  * @{
  */
 
+/**
+ * @name Release of this header
+ * For the preprocessor. The text of pqx_GetVersion() is fixed by its interface and does not follow them.
+ * @{
+ */
+#define PQX_VERSION_MAJOR 1 /**< The same as long as programs need no change. */
+#define PQX_VERSION_MINOR 1 /**< Grows with what is added. */
+#define PQX_VERSION_PATCH 0 /**< Grows with what is mended. */
+/** All three as one number for comparing, as 10100 for 1.1.0. */
+#define PQX_VERSION_NUMBER (10000 * PQX_VERSION_MAJOR + 100 * PQX_VERSION_MINOR + PQX_VERSION_PATCH)
+/** @} */
+
 /** Result of an operation: one of #PQX_OK, #PQX_ERR_PARAM, #PQX_ERR_MEMORY, #PQX_ERR_DATA. */
 typedef int32_t pqx_Status;
 

@@ -13,6 +13,11 @@ changes=$source/CHANGELOG.md
 
 expect "identification in the library" "$digits" "$(grep -aoPm1 '@\(#\)PQX:\K\d+' "$library")"
 expect "pqx_GetVersion in the header" "$digits" "$(grep -oPm1 'PQX:\K\d+' "$source/include/pqx_video.h")"
+read -r macros number < <(
+  echo PQX_VERSION_MAJOR.PQX_VERSION_MINOR.PQX_VERSION_PATCH PQX_VERSION_NUMBER |
+    cc -E -P -include "$source/include/pqx_video.h" - | tail -1 | sed 's/ *\. */./g')
+expect "PQX_VERSION_MAJOR and so on" "$version" "$macros"
+expect "PQX_VERSION_NUMBER" $((10000 * major + 100 * minor + patch)) $((number))
 expect "CHANGELOG.md" "$version" "$(grep -oPm1 '^## \K\S+' "$changes")"
 expect "debian/changelog" "$version" "$(grep -oPm1 '^pqx-video \(\K[^)]+' "$source/debian/changelog")"
 expect "ABI line in CHANGELOG.md" "$(nm -D --defined-only "$library" | wc -l)" \
