@@ -1,3 +1,4 @@
+#include "baseline.h"
 #include "patches.h"
 #include "peers/peers.h"
 #include "rows.h"
@@ -7,6 +8,10 @@ namespace {
 using namespace bench;
 using namespace peers;
 using enum HalfSample;
+
+/// Against loops that are tuned to blocks.
+#define TUNED(NAME) \
+  Sides<decltype(baseline::NAME)> { #NAME, pqx_Video_##NAME, baseline::NAME }
 
 constexpr auto copy = [](auto f, const Patch& p) { f(p.a, p.out, p.step, p.width, p.height); };
 constexpr auto copy_words = [](auto f, const Patch& p) { f(p.a, p.step, p.words, p.width, p.height); };
@@ -37,53 +42,53 @@ const PatchPeer libyuv_average{"libyuv", "", on_patches([](const Patch& p) {
                                                           128);
                                })};
 
-const Sides<decltype(plain::InterpX_Y_XY_8U_w16)> worker_w16{"InterpX_Y_XY_8U_w16", pqx_VideoInterpX_Y_XY_8U_w16,
-                                                             plain::InterpX_Y_XY_8U_w16};
-const Sides<decltype(plain::InterpX_Y_XY_8U_comm)> worker_comm{"InterpX_Y_XY_8U_comm", pqx_VideoInterpX_Y_XY_8U_comm,
-                                                               plain::InterpX_Y_XY_8U_comm};
+const Sides<decltype(baseline::InterpX_Y_XY_8U_w16)> worker_w16{"InterpX_Y_XY_8U_w16", pqx_VideoInterpX_Y_XY_8U_w16,
+                                                                baseline::InterpX_Y_XY_8U_w16};
+const Sides<decltype(baseline::InterpX_Y_XY_8U_comm)> worker_comm{
+    "InterpX_Y_XY_8U_comm", pqx_VideoInterpX_Y_XY_8U_comm, baseline::InterpX_Y_XY_8U_comm};
 
 const std::vector<PatchBench> table = {
-    {OPERATION(SumAbsDiff_8U), cost, 16, 9.15 / 4.2, {ffmpeg_cost()}},
-    {OPERATION(SumAbsDiff_8U), cost, 8, 4.03 / 2.8, {ffmpeg_cost()}},
-    {OPERATION(CopyRef_8U), copy, 16, 5.29 / 4.0, {libyuv_copy, ffmpeg_prediction(none, false)}},
-    {OPERATION(CopyRef_8U), copy, 8, 5.72 / 2.4, {libyuv_copy, ffmpeg_prediction(none, false)}},
-    {OPERATION(CopyRefAve_8U), copy, 16, 7.71 / 5.5, {ffmpeg_prediction(none, true)}},
-    {OPERATION(CopyRefAve_8U), copy, 8, 3.69 / 3.2, {ffmpeg_prediction(none, true)}},
-    {OPERATION(CopyRef_8U_16S), copy_words, 16, 8.96 / 7.5},
-    {OPERATION(CopyRef_8U_16S), copy_words, 8, 3.77 / 1.9},
-    {OPERATION(Average2Rnd_8U), average, 16, 9.40 / 5.5, {libyuv_average}},
-    {OPERATION(Average2Rnd_8U), average, 8, 5.14 / 3.0, {libyuv_average}},
-    {OPERATION(Average2NoRnd_8U), average, 16, 9.40 / 7},
-    {OPERATION(Average2NoRnd_8U), average, 8, 5.14 / 3.0},
-    {OPERATION(Average3Rnd_8U), average, 16, 10.3 / 7},
-    {OPERATION(Average3Rnd_8U), average, 8, 5.72 / 4.0},
-    {OPERATION(Average3NoRnd_8U), average, 16, 10.3 / 7},
-    {OPERATION(Average3NoRnd_8U), average, 8, 5.72 / 4.0},
-    {OPERATION(AddBlock_16S_8U_I), residual, 8, 17.1 / 2.6, {ffmpeg_residual()}},
-    {OPERATION(InterpX_8U), copy, 16, 7.44 / 5.5, {ffmpeg_prediction(x, false)}},
-    {OPERATION(InterpX_8U), copy, 8, 4.76 / 3.2, {ffmpeg_prediction(x, false)}},
-    {OPERATION(InterpAveX_8U), copy, 16, 26.2 / 7.5, {ffmpeg_prediction(x, true)}},
-    {OPERATION(InterpAveX_8U), copy, 8, 19.9 / 4.5, {ffmpeg_prediction(x, true)}},
-    {OPERATION(InterpY_8U), interpolate, 16, 6.64 / 4.3, {ffmpeg_prediction(y, false)}},
-    {OPERATION(InterpY_8U), interpolate, 8, 4.32 / 2.9, {ffmpeg_prediction(y, false)}},
-    {OPERATION(InterpAveY_8U), interpolate, 16, 26.0 / 6, {ffmpeg_prediction(y, true)}},
-    {OPERATION(InterpAveY_8U), interpolate, 8, 8.52 / 3.9, {ffmpeg_prediction(y, true)}},
-    {OPERATION(InterpXY_8U), interpolate, 16, 29.3 / 12.5, {ffmpeg_prediction(xy, false)}},
-    {OPERATION(InterpXY_8U), interpolate, 8, 23.4 / 7, {ffmpeg_prediction(xy, false)}},
-    {OPERATION(InterpAveXY_8U), interpolate, 16, 37.5 / 14, {ffmpeg_prediction(xy, true)}},
-    {OPERATION(InterpAveXY_8U), interpolate, 8, 40.2 / 8, {ffmpeg_prediction(xy, true)}},
-    {OPERATION(InterpX_8U_16S), copy_words, 16, 7.44 / 5.5},
-    {OPERATION(InterpX_8U_16S), copy_words, 8, 4.76 / 3.2},
-    {OPERATION(InterpY_8U_16S), interpolate_words, 16, 6.64 / 4.3},
-    {OPERATION(InterpY_8U_16S), interpolate_words, 8, 4.32 / 2.9},
-    {OPERATION(InterpXY_8U_16S), interpolate_words, 16, 29.3 / 12.5},
-    {OPERATION(InterpXY_8U_16S), interpolate_words, 8, 23.4 / 7},
-    {OPERATION(InterpX_Y_XY_8U), three, 16, 155.0 / 20},
-    {OPERATION(InterpX_Y_XY_8U), three, 8, 62.7 / 11},
+    {TUNED(SumAbsDiff_8U), cost, 16, 9.15 / 4.2, {ffmpeg_cost()}},
+    {TUNED(SumAbsDiff_8U), cost, 8, 4.03 / 2.8, {ffmpeg_cost()}},
+    {TUNED(CopyRef_8U), copy, 16, 5.29 / 4.0, {libyuv_copy, ffmpeg_prediction(none, false)}},
+    {TUNED(CopyRef_8U), copy, 8, 5.72 / 2.4, {libyuv_copy, ffmpeg_prediction(none, false)}},
+    {TUNED(CopyRefAve_8U), copy, 16, 7.71 / 5.5, {ffmpeg_prediction(none, true)}},
+    {TUNED(CopyRefAve_8U), copy, 8, 3.69 / 3.2, {ffmpeg_prediction(none, true)}},
+    {TUNED(CopyRef_8U_16S), copy_words, 16, 8.96 / 7.5},
+    {TUNED(CopyRef_8U_16S), copy_words, 8, 3.77 / 1.9},
+    {TUNED(Average2Rnd_8U), average, 16, 9.40 / 5.5, {libyuv_average}},
+    {TUNED(Average2Rnd_8U), average, 8, 5.14 / 3.0, {libyuv_average}},
+    {TUNED(Average2NoRnd_8U), average, 16, 9.40 / 7},
+    {TUNED(Average2NoRnd_8U), average, 8, 5.14 / 3.0},
+    {TUNED(Average3Rnd_8U), average, 16, 10.3 / 7},
+    {TUNED(Average3Rnd_8U), average, 8, 5.72 / 4.0},
+    {TUNED(Average3NoRnd_8U), average, 16, 10.3 / 7},
+    {TUNED(Average3NoRnd_8U), average, 8, 5.72 / 4.0},
+    {TUNED(AddBlock_16S_8U_I), residual, 8, 17.1 / 2.6, {ffmpeg_residual()}},
+    {TUNED(InterpX_8U), copy, 16, 7.44 / 5.5, {ffmpeg_prediction(x, false)}},
+    {TUNED(InterpX_8U), copy, 8, 4.76 / 3.2, {ffmpeg_prediction(x, false)}},
+    {TUNED(InterpAveX_8U), copy, 16, 26.2 / 7.5, {ffmpeg_prediction(x, true)}},
+    {TUNED(InterpAveX_8U), copy, 8, 19.9 / 4.5, {ffmpeg_prediction(x, true)}},
+    {TUNED(InterpY_8U), interpolate, 16, 6.64 / 4.3, {ffmpeg_prediction(y, false)}},
+    {TUNED(InterpY_8U), interpolate, 8, 4.32 / 2.9, {ffmpeg_prediction(y, false)}},
+    {TUNED(InterpAveY_8U), interpolate, 16, 26.0 / 6, {ffmpeg_prediction(y, true)}},
+    {TUNED(InterpAveY_8U), interpolate, 8, 8.52 / 3.9, {ffmpeg_prediction(y, true)}},
+    {TUNED(InterpXY_8U), interpolate, 16, 29.3 / 12.5, {ffmpeg_prediction(xy, false)}},
+    {TUNED(InterpXY_8U), interpolate, 8, 23.4 / 7, {ffmpeg_prediction(xy, false)}},
+    {TUNED(InterpAveXY_8U), interpolate, 16, 37.5 / 14, {ffmpeg_prediction(xy, true)}},
+    {TUNED(InterpAveXY_8U), interpolate, 8, 40.2 / 8, {ffmpeg_prediction(xy, true)}},
+    {TUNED(InterpX_8U_16S), copy_words, 16, 7.44 / 5.5},
+    {TUNED(InterpX_8U_16S), copy_words, 8, 4.76 / 3.2},
+    {TUNED(InterpY_8U_16S), interpolate_words, 16, 6.64 / 4.3},
+    {TUNED(InterpY_8U_16S), interpolate_words, 8, 4.32 / 2.9},
+    {TUNED(InterpXY_8U_16S), interpolate_words, 16, 29.3 / 12.5},
+    {TUNED(InterpXY_8U_16S), interpolate_words, 8, 23.4 / 7},
+    {TUNED(InterpX_Y_XY_8U), three, 16, 155.0 / 20},
+    {TUNED(InterpX_Y_XY_8U), three, 8, 62.7 / 11},
     {worker_w16, three_wide, 16, 155.0 / 20},
     {worker_comm, three_any, 8, 62.7 / 11},
-    {OPERATION(H263OverlappedMC_8U), overlapped, 8, 56.5 / 13},
-    {OPERATION(H263OverlappedMC_8U_16S), overlapped_words, 8, 56.5 / 13},
+    {TUNED(H263OverlappedMC_8U), overlapped, 8, 56.5 / 13},
+    {TUNED(H263OverlappedMC_8U_16S), overlapped_words, 8, 56.5 / 13},
 };
 
 /// Shapes without a figure to compare with: parts of macroblocks, and what is wider than registers.
@@ -97,24 +102,24 @@ void add_shapes(std::vector<PatchBench>& shapes, Sides<F> sides, Call call,
 
 std::vector<PatchBench> shapes() {
   std::vector<PatchBench> all;
-  add_shapes(all, OPERATION(SumAbsDiff_8U), cost);
-  add_shapes(all, OPERATION(CopyRef_8U), copy, {ffmpeg_prediction(none, false)});
-  add_shapes(all, OPERATION(CopyRefAve_8U), copy, {ffmpeg_prediction(none, true)});
-  add_shapes(all, OPERATION(CopyRef_8U_16S), copy_words);
-  add_shapes(all, OPERATION(Average2Rnd_8U), average);
-  add_shapes(all, OPERATION(Average2NoRnd_8U), average);
-  add_shapes(all, OPERATION(Average3Rnd_8U), average);
-  add_shapes(all, OPERATION(Average3NoRnd_8U), average);
-  add_shapes(all, OPERATION(InterpX_8U), copy, {ffmpeg_prediction(x, false)});
-  add_shapes(all, OPERATION(InterpAveX_8U), copy, {ffmpeg_prediction(x, true)});
-  add_shapes(all, OPERATION(InterpY_8U), interpolate, {ffmpeg_prediction(y, false)});
-  add_shapes(all, OPERATION(InterpAveY_8U), interpolate, {ffmpeg_prediction(y, true)});
-  add_shapes(all, OPERATION(InterpXY_8U), interpolate, {ffmpeg_prediction(xy, false)});
-  add_shapes(all, OPERATION(InterpAveXY_8U), interpolate, {ffmpeg_prediction(xy, true)});
-  add_shapes(all, OPERATION(InterpX_8U_16S), copy_words);
-  add_shapes(all, OPERATION(InterpY_8U_16S), interpolate_words);
-  add_shapes(all, OPERATION(InterpXY_8U_16S), interpolate_words);
-  add_shapes(all, OPERATION(InterpX_Y_XY_8U), three);
+  add_shapes(all, TUNED(SumAbsDiff_8U), cost);
+  add_shapes(all, TUNED(CopyRef_8U), copy, {ffmpeg_prediction(none, false)});
+  add_shapes(all, TUNED(CopyRefAve_8U), copy, {ffmpeg_prediction(none, true)});
+  add_shapes(all, TUNED(CopyRef_8U_16S), copy_words);
+  add_shapes(all, TUNED(Average2Rnd_8U), average);
+  add_shapes(all, TUNED(Average2NoRnd_8U), average);
+  add_shapes(all, TUNED(Average3Rnd_8U), average);
+  add_shapes(all, TUNED(Average3NoRnd_8U), average);
+  add_shapes(all, TUNED(InterpX_8U), copy, {ffmpeg_prediction(x, false)});
+  add_shapes(all, TUNED(InterpAveX_8U), copy, {ffmpeg_prediction(x, true)});
+  add_shapes(all, TUNED(InterpY_8U), interpolate, {ffmpeg_prediction(y, false)});
+  add_shapes(all, TUNED(InterpAveY_8U), interpolate, {ffmpeg_prediction(y, true)});
+  add_shapes(all, TUNED(InterpXY_8U), interpolate, {ffmpeg_prediction(xy, false)});
+  add_shapes(all, TUNED(InterpAveXY_8U), interpolate, {ffmpeg_prediction(xy, true)});
+  add_shapes(all, TUNED(InterpX_8U_16S), copy_words);
+  add_shapes(all, TUNED(InterpY_8U_16S), interpolate_words);
+  add_shapes(all, TUNED(InterpXY_8U_16S), interpolate_words);
+  add_shapes(all, TUNED(InterpX_Y_XY_8U), three);
   return all;
 }
 
@@ -124,8 +129,8 @@ constexpr auto interpolate_picture = [](auto f, const Band& b) {
   f(b.in(0), b.out(0), b.in_step(0), b.in_step(0), b.width - 1, b.height - 1);
 };
 const std::vector<RowBench> pictures = {
-    {OPERATION(CopyRefAve_8U), RowForm{{full}, {full}, all_rows, copy_picture}, 1, in_rows_and_pictures, {}},
-    {OPERATION(InterpXY_8U), RowForm{{full}, {full}, all_rows, interpolate_picture}, 1, in_rows_and_pictures, {}},
+    {TUNED(CopyRefAve_8U), RowForm{{full}, {full}, all_rows, copy_picture}, 1, in_rows_and_pictures, {}},
+    {TUNED(InterpXY_8U), RowForm{{full}, {full}, all_rows, interpolate_picture}, 1, in_rows_and_pictures, {}},
 };
 
 const bool added = add_patches("mc", table) && add_patches("mc", shapes()) && add_rows("mc", "sample", pictures);
