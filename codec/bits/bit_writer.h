@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <cstring>
 #include <memory>
-#include <vector>
+#include <span>
 
 namespace pqx_codec {
 
@@ -27,35 +27,27 @@ struct BitCursor {
     pending = bits;
   }
 
-  /// Fills up the last byte with ones and moves everything on.
-  void finish() {
+  /// Fills up the last byte with ones or zeros and moves everything on.
+  void finish(bool ones) {
     const int gap = free % 8;
-    put((1u << gap) - 1, gap);
+    put(ones ? (1u << gap) - 1 : 0, gap);
     for (; free < 64; free += 8) *next++ = uint8_t(pending >> (56 - free));
   }
 };
 
-/// Holds entropy-coded bytes until drain() stuffs them, which lets the cursor do without a look at each byte.
+/// Memory for a cursor to write to, which lets it do without a look at each byte.
 class BitBuffer {
  public:
-  /// @param capacity  bytes that are put at most between two drains
+  /// @param capacity  bytes that are put at most before clear()
   explicit BitBuffer(size_t capacity)
       : bytes_(std::make_unique_for_overwrite<uint8_t[]>(capacity + 8)), cursor_{bytes_.get()} {}
 
   BitCursor& cursor() { return cursor_; }
 
-  /// Moves the complete bytes to `out`, with a zero behind each 0xFF.
-  void drain(std::vector<uint8_t>& out) {
-    const uint8_t* from = bytes_.get();
-    while (from < cursor_.next) {
-      const void* const found = std::memchr(from, 0xFF, size_t(cursor_.next - from));
-      const uint8_t* const to = found ? static_cast<const uint8_t*>(found) + 1 : cursor_.next;
-      out.insert(out.end(), from, to);
-      if (found) out.push_back(0);
-      from = to;
-    }
-    cursor_.next = bytes_.get();
-  }
+  /// The complete bytes; up to 63 bits may wait in the cursor.
+  std::span<const uint8_t> bytes() const { return {bytes_.get(), cursor_.next}; }
+  /// Makes room in place of the complete bytes.
+  void clear() { cursor_.next = bytes_.get(); }
 
  private:
   std::unique_ptr<uint8_t[]> bytes_;

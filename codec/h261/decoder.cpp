@@ -3,8 +3,9 @@
 #include <algorithm>
 #include <utility>
 
+#include "bits/zig_zag.h"
+#include "core/failure.h"
 #include "h261/format.h"
-#include "jpeg/format.h"
 
 namespace pqx_codec::h261 {
 namespace {
@@ -51,7 +52,12 @@ constexpr CoefficientTables coefficient_tables;
 
 [[noreturn]] void damaged(const std::string& what) { throw Failure("damaged H.261 stream: " + what); }
 
-int wrapped(int component) { return component < -16 ? component + 32 : component > 15 ? component - 32 : component; }
+template <class Value, int longest>
+Value read(BitReader& bits, const CodeTable<Value, longest>& codes, const char* what) {
+  const std::optional<Value> value = codes.read(bits);
+  if (!value) damaged(std::string("impossible ") + what);
+  return *value;
+}
 
 }  // namespace
 
@@ -85,14 +91,16 @@ bool Decoder::find_start_code() {
 bool Decoder::next() {
   if (!find_start_code() || !read_picture_header()) return false;
   decode_groups();
+  keep_others();
   ++pictures_;
   return true;
 }
 
 /// Behind a picture stands the header of the next one.
 int Decoder::frames_to_next() const {
-  const uint32_t ahead = bits_.peek(start_code_bits + 4 + 5);
-  if (bits_.at_end() || ahead >> 5 != start_code << 4) return 1;
+  BitReader bits = bits_;
+  const uint32_t ahead = bits.peek(start_code_bits + 4 + 5);
+  if (bits.at_end() || ahead >> 5 != start_code << 4) return 1;
   return std::max((int(ahead & 31) - temporal_reference_) & 31, 1);
 }
 
@@ -108,14 +116,15 @@ bool Decoder::read_picture_header() {
   }
   if (!started_) {
     format_ = format;
-    picture_ = YuvPicture(format.width(), format.height());
+    before_ = picture_ = YuvPicture(format.width(), format.height());
     for (size_t k : {1, 2}) std::ranges::fill(picture_.planes[k].samples, uint8_t{128});
     started_ = true;
   } else if (format.cif != format_.cif) {
     if (!report_) throw Failure("not supported: H.261 stream that changes the size of its pictures");
     tolerate("a picture of another size");
   }
-  before_ = picture_;
+  std::swap(before_, picture_);
+  decoded_.reset();
   changed_ = {};
   return true;
 }
@@ -152,19 +161,19 @@ void Decoder::decode_group(int number) {
   int address = 0;
   Vector vector;
   while (bits_.peek(start_code_bits - 1) != 0 && !bits_.at_end()) {
-    const int increment = address_table.read(bits_, "macroblock address");
+    const int increment = read(bits_, address_table, "macroblock address");
     if (increment == 0) continue;
     address += increment;
     if (address > macroblocks_in_group) damaged("a macroblock outside its group");
-    const MacroblockType type = type_table.read(bits_, "macroblock type");
+    const MacroblockType type = read(bits_, type_table, "macroblock type");
     if (type.new_quant) {
       quant = int(bits_.read(5));
       if (quant == 0) damaged("quantizer 0");
     }
     if (increment != 1 || starts_vector_row(address) || !type.vector) vector = {};
     if (type.vector) {
-      vector.x = wrapped(vector.x + vector_table.read(bits_, "vector"));
-      vector.y = wrapped(vector.y + vector_table.read(bits_, "vector"));
+      vector.x = wrapped(vector.x + read(bits_, vector_table, "vector"));
+      vector.y = wrapped(vector.y + read(bits_, vector_table, "vector"));
     }
     const int x = format_.group_x(number) + (address - 1) % macroblocks_in_row * 16;
     const int y = format_.group_y(number) + (address - 1) / macroblocks_in_row * 16;
@@ -173,14 +182,15 @@ void Decoder::decode_group(int number) {
 }
 
 void Decoder::decode_macroblock(int x, int y, const MacroblockType& type, int quant, Vector vector) {
+  auto decoded = decoded_[size_t(y / 16 * (format_.width() / 16) + x / 16)];
+  decoded = false;
   LevelBlock block;
   int pattern = 63;
   if (!type.intra) {
-    pattern = type.coefficients ? pattern_table.read(bits_, "block pattern") : 0;
+    pattern = type.coefficients ? read(bits_, pattern_table, "block pattern") : 0;
     if (!vector_fits(before_, x, y, vector)) damaged("a vector out of the picture");
-    if (type.vector) predict(before_, picture_, x, y, vector, type.filter);
+    predict(before_, picture_, x, y, vector, type.filter);
   }
-  changed_.add({x, y, x + 16, y + 16});
   for (int k = 0; k < 6; ++k) {
     if (!(pattern & 32 >> k)) continue;
     read_block(block, type.intra);
@@ -188,6 +198,15 @@ void Decoder::decode_macroblock(int x, int y, const MacroblockType& type, int qu
     YuvPicture::Component& plane = picture_.planes[place.plane];
     (type.intra ? write_intra : add_residual)(block, quant, plane.at(place.x, place.y), plane.columns);
   }
+  decoded = true;
+  changed_.add({x, y, x + 16, y + 16});
+}
+
+/// Macroblocks that were skipped, or lost to damage, stay as they were.
+void Decoder::keep_others() {
+  const int width = format_.width() / 16;
+  for (int i = 0; i < format_.macroblocks(); ++i)
+    if (!decoded_[size_t(i)]) predict(before_, picture_, i % width * 16, i / width * 16, {}, false);
 }
 
 void Decoder::read_block(LevelBlock& block, bool intra) {
@@ -195,10 +214,10 @@ void Decoder::read_block(LevelBlock& block, bool intra) {
   if (intra) {
     const auto dc = int(bits_.read(8));
     if (dc == 0 || dc == 128) damaged("impossible DC");
-    block.intra_dc = dc == 255 ? 1024 : 8 * dc;
+    block.levels[0] = int16_t(dc == 255 ? 1024 : 8 * dc);
     k = 1;
   } else if (bits_.peek(1)) {
-    block.set(0, bits_.peek(2) & 1 ? -1 : 1);
+    set_level(block, 0, bits_.peek(2) & 1 ? -1 : 1);
     bits_.skip(2);
     k = 1;
   }
@@ -218,7 +237,7 @@ void Decoder::read_block(LevelBlock& block, bool intra) {
     if (level == 0) return;
     k += size_t(run);
     if (k > 63) damaged("a block of more than 64 coefficients");
-    block.set(jpeg::natural_position[k], level);
+    set_level(block, natural_position[k], level);
   }
 }
 

@@ -1,10 +1,12 @@
 #pragma once
 
+#include <bitset>
 #include <functional>
 #include <span>
 #include <string>
 
-#include "h261/bits.h"
+#include "bits/bit_reader.h"
+#include "h261/format.h"
 #include "h261/macroblock.h"
 #include "picture/rectangle.h"
 #include "picture/yuv_picture.h"
@@ -13,7 +15,7 @@ namespace pqx_codec::h261 {
 
 bool is_stream(std::span<const uint8_t> bytes);
 
-/// Copies share the stream and go on from where they were made.
+/// Decodes a stream, whose bytes must outlive it and its copies. They go on from where they were made.
 class Decoder {
  public:
   using Report = std::function<void(const std::string& damage)>;
@@ -38,6 +40,7 @@ class Decoder {
   void decode_groups();
   void decode_group(int number);
   void decode_macroblock(int x, int y, const MacroblockType& type, int quant, Vector vector);
+  void keep_others();
   void read_block(LevelBlock& block, bool intra);
 
   BitReader bits_;
@@ -45,6 +48,7 @@ class Decoder {
   bool started_ = false;
   PictureFormat format_{};
   YuvPicture picture_, before_;
+  std::bitset<PictureFormat{true}.macroblocks()> decoded_;  // macroblocks of the picture
   Rectangle changed_;
   int temporal_reference_ = 0;
   int pictures_ = 0;

@@ -4,8 +4,9 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "bits/zig_zag.h"
+#include "core/failure.h"
 #include "h261/format.h"
-#include "jpeg/format.h"
 #include "pqx_video.h"
 
 namespace pqx_codec::h261 {
@@ -15,19 +16,12 @@ namespace {
 /// inverse transforms do not add up without end.
 constexpr int most_predictions = 132;
 
-constexpr int wrapped(int difference) {
-  return difference < -16 ? difference + 32 : difference > 15 ? difference - 32 : difference;
-}
+// Address, type, quantizer, vector and pattern take at most 57 bits, a block a DC, 64 escapes and its end.
+constexpr int most_macroblock_bits = 57 + 6 * (8 + 64 * 20 + 2);
 
-/// Codes by value.
-template <class Value, size_t n>
-constexpr auto by_value(const std::array<Coded<Value>, n>& codes, int lowest) {
-  std::array<Code, 64> table{};
-  for (const Coded<Value>& c : codes) table[size_t(c.value - lowest)] = c.code;
-  return table;
-}
-constexpr auto address_words = by_value(address_codes, 0), vector_words = by_value(vector_codes, -16),
-               pattern_words = by_value(pattern_codes, 0);
+constexpr auto address_words = codes_by_value<34>(address_codes, 0);
+constexpr auto vector_words = codes_by_value<32>(vector_codes, -16);
+constexpr auto pattern_words = codes_by_value<64>(pattern_codes, 0);
 
 /// Codes by run and level; without bits where only the escape will do.
 constexpr auto coefficient_words = [] {
@@ -58,7 +52,13 @@ int mean_luma(const YuvPicture& picture, int x, int y) {
 }  // namespace
 
 Encoder::Encoder(int width, int height, const EncoderOptions& options)
-    : format_{width == 352}, options_(options), picture_(width, height), trial_(width, height) {
+    : format_{width == 352},
+      options_(options),
+      picture_(width, height),
+      before_(width, height),
+      trial_(width, height),
+      // Headers of the picture and of its groups take less than a macroblock.
+      bits_(size_t(format_.macroblocks() + 1) * most_macroblock_bits / 8) {
   if (width != format_.width() || height != format_.height())
     throw Failure("not supported: H.261 holds 352 x 288 or 176 x 144 pixels, not " + std::to_string(width) + " x " +
                   std::to_string(height));
@@ -72,7 +72,7 @@ Encoder::Encoder(int width, int height, const EncoderOptions& options)
 }
 
 std::vector<uint8_t> Encoder::encode(const YuvPicture& source) {
-  before_ = picture_;
+  std::swap(before_, picture_);
   const std::vector<int> predictions_before = predictions_since_intra_;
   quant_ = options_.quant;
   scan_end_ = 64;
@@ -83,7 +83,6 @@ std::vector<uint8_t> Encoder::encode(const YuvPicture& source) {
       ++quant_;
     else
       scan_end_ = scan_end_ * 3 / 4;
-    picture_ = before_;
     predictions_since_intra_ = predictions_before;
     coded = encode_picture(source);
   }
@@ -92,21 +91,24 @@ std::vector<uint8_t> Encoder::encode(const YuvPicture& source) {
 }
 
 std::vector<uint8_t> Encoder::encode_picture(const YuvPicture& source) {
-  bits_.put(start_code, start_code_bits);
-  bits_.put(0, 4);
-  bits_.put(uint32_t(pictures_ & 31), 5);
+  put(start_code, start_code_bits);
+  put(0, 4);
+  put(uint32_t(pictures_ & 31), 5);
   // No split screen, no document camera, no freeze release, the format, no still picture, a spare bit; no more.
-  bits_.put(format_.cif ? 0b000111 : 0b000011, 6);
-  bits_.put(0, 1);
+  put(format_.cif ? 0b000111 : 0b000011, 6);
+  put(0, 1);
   for (int number = 1; format_.has_group(number); number = format_.next_group(number)) encode_group(source, number);
-  return bits_.take();
+  bits_.cursor().finish(false);
+  std::vector<uint8_t> coded(bits_.bytes().begin(), bits_.bytes().end());
+  bits_.clear();
+  return coded;
 }
 
 void Encoder::encode_group(const YuvPicture& source, int number) {
-  bits_.put(start_code, start_code_bits);
-  bits_.put(uint32_t(number), 4);
-  bits_.put(uint32_t(quant_), 5);
-  bits_.put(0, 1);
+  put(start_code, start_code_bits);
+  put(uint32_t(number), 4);
+  put(uint32_t(quant_), 5);
+  put(0, 1);
   int quant = quant_, last_sent = 0;
   Vector vector_before;
   for (int address = 1; address <= macroblocks_in_group; ++address) {
@@ -171,7 +173,7 @@ void Encoder::choose_prediction(const YuvPicture& source, int x, int y, int macr
   m.vector = best;
   m.type.filter = filter;
   m.type.vector = filter || best != Vector{};
-  if (m.type.vector) predict(before_, picture_, x, y, best, filter);
+  predict(before_, picture_, x, y, best, filter);
 }
 
 void Encoder::transform(const YuvPicture& source, int x, int y, Macroblock& m) {
@@ -201,7 +203,7 @@ void Encoder::transform(const YuvPicture& source, int x, int y, Macroblock& m) {
     for (int16_t& c : block) c = int16_t(c > 0 ? std::max(c - m.quant, 0) : std::min(c + m.quant, 0));
     pqx_Video_Quantize_16S_I(quantizers_[size_t(m.quant)].data(), block.data());
     for (int16_t& c : block) c = std::clamp<int16_t>(c, -max_level, max_level);
-    for (size_t i = scan_end_; i < 64; ++i) block[jpeg::natural_position[i]] = 0;
+    for (size_t i = scan_end_; i < 64; ++i) block[natural_position[i]] = 0;
     if (m.type.intra) block[0] = int16_t(std::clamp((dc + 4) / 8, 1, 254));
     const bool coded = m.type.intra || std::ranges::any_of(block, [](int16_t level) { return level != 0; });
     if (coded) m.pattern |= 32 >> k;
@@ -214,9 +216,9 @@ void Encoder::reconstruct(int x, int y, const Macroblock& m) {
   for (int k = 0; k < 6; ++k) {
     if (!(m.pattern & 32 >> k)) continue;
     const auto& levels = m.levels[size_t(k)];
-    if (m.type.intra) block.intra_dc = 8 * levels[0];
+    if (m.type.intra) block.levels[0] = int16_t(8 * levels[0]);
     for (unsigned i = m.type.intra; i < 64; ++i)
-      if (levels[i] != 0) block.set(i, levels[i]);
+      if (levels[i] != 0) set_level(block, i, levels[i]);
     const BlockPlace place = block_place(k, x, y);
     YuvPicture::Component& plane = picture_.planes[place.plane];
     (m.type.intra ? write_intra : add_residual)(block, m.quant, plane.at(place.x, place.y), plane.columns);
@@ -224,25 +226,25 @@ void Encoder::reconstruct(int x, int y, const Macroblock& m) {
 }
 
 void Encoder::write(const Macroblock& m, int address_increment, Vector vector_before) {
-  bits_.put(address_words[size_t(address_increment)]);
-  bits_.put(type_word(m.type));
-  if (m.type.new_quant) bits_.put(uint32_t(m.quant), 5);
+  put(address_words[size_t(address_increment)]);
+  put(type_word(m.type));
+  if (m.type.new_quant) put(uint32_t(m.quant), 5);
   if (m.type.vector) {
-    bits_.put(vector_words[size_t(wrapped(m.vector.x - vector_before.x) + 16)]);
-    bits_.put(vector_words[size_t(wrapped(m.vector.y - vector_before.y) + 16)]);
+    put(vector_words[size_t(wrapped(m.vector.x - vector_before.x) + 16)]);
+    put(vector_words[size_t(wrapped(m.vector.y - vector_before.y) + 16)]);
   }
   if (!m.type.coefficients) return;
-  if (!m.type.intra) bits_.put(pattern_words[size_t(m.pattern)]);
+  if (!m.type.intra) put(pattern_words[size_t(m.pattern)]);
   for (int k = 0; k < 6; ++k)
     if (m.pattern & 32 >> k) write_block(m.levels[size_t(k)], m.type.intra);
 }
 
 void Encoder::write_block(const std::array<int16_t, 64>& levels, bool intra) {
   // 128 is not sent, lest start codes appear.
-  if (intra) bits_.put(levels[0] == 128 ? 255 : uint32_t(levels[0]), 8);
+  if (intra) put(levels[0] == 128 ? 255 : uint32_t(levels[0]), 8);
   unsigned run = 0;
   for (size_t k = intra; k < 64; ++k) {
-    const int level = levels[jpeg::natural_position[k]];
+    const int level = levels[natural_position[k]];
     if (level == 0) {
       ++run;
       continue;
@@ -250,19 +252,19 @@ void Encoder::write_block(const std::array<int16_t, 64>& levels, bool intra) {
     const auto magnitude = unsigned(std::abs(level));
     const Code word = magnitude < 16 ? coefficient_words[run][magnitude] : Code{};
     if (k == 0 && magnitude == 1) {
-      bits_.put(first_one);
-      bits_.put(level < 0, 1);
+      put(first_one);
+      put(level < 0, 1);
     } else if (word.length > 0) {
-      bits_.put(word);
-      bits_.put(level < 0, 1);
+      put(word);
+      put(level < 0, 1);
     } else {
-      bits_.put(escape);
-      bits_.put(run, 6);
-      bits_.put(uint32_t(level) & 255, 8);
+      put(escape);
+      put(run, 6);
+      put(uint32_t(level) & 255, 8);
     }
     run = 0;
   }
-  bits_.put(end_of_block);
+  put(end_of_block);
 }
 
 }  // namespace pqx_codec::h261

@@ -3,7 +3,8 @@
 #include <cstdint>
 #include <vector>
 
-#include "h261/bits.h"
+#include "bits/bit_writer.h"
+#include "h261/format.h"
 #include "h261/macroblock.h"
 #include "picture/yuv_picture.h"
 
@@ -40,6 +41,8 @@ class Encoder {
   void choose_prediction(const YuvPicture& source, int x, int y, int macroblock, Macroblock& m);
   void transform(const YuvPicture& source, int x, int y, Macroblock& m);
   void reconstruct(int x, int y, const Macroblock& m);
+  void put(uint32_t bits, int n) { bits_.cursor().put(bits, n); }
+  void put(Code code) { put(code.bits, code.length); }
   void write(const Macroblock& m, int address_increment, Vector vector_before);
   void write_block(const std::array<int16_t, 64>& levels, bool intra);
 
@@ -50,7 +53,7 @@ class Encoder {
   std::vector<int> predictions_since_intra_;
   int quant_ = 0;         // of the picture; a macroblock may need a coarser one
   size_t scan_end_ = 64;  // where the levels of its blocks end in scan order
-  BitWriter bits_;
+  BitBuffer bits_;
   int pictures_ = 0;
 };
 

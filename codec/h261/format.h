@@ -4,28 +4,10 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <string_view>
+
+#include "bits/code.h"
 
 namespace pqx_codec::h261 {
-
-/// A code word, of which the lowest `length` bits count.
-struct Code {
-  uint32_t bits = 0;
-  int length = 0;
-};
-
-consteval Code code(std::string_view text) {
-  Code c;
-  for (const char digit : text)
-    if (digit != ' ') c = {c.bits << 1 | uint32_t(digit - '0'), c.length + 1};
-  return c;
-}
-
-template <class Value>
-struct Coded {
-  Code code;
-  Value value;
-};
 
 inline constexpr int start_code_bits = 16;  // 0000 0000 0000 0001, then four bits of group number, 0 for a picture
 inline constexpr uint32_t start_code = 1;
@@ -224,8 +206,9 @@ inline constexpr std::array<Coded<RunLevel>, 63> coefficient_codes{{
 struct PictureFormat {
   bool cif;
 
-  int width() const { return cif ? 352 : 176; }
-  int height() const { return cif ? 288 : 144; }
+  constexpr int width() const { return cif ? 352 : 176; }
+  constexpr int height() const { return cif ? 288 : 144; }
+  constexpr int macroblocks() const { return width() / 16 * (height() / 16); }
   /// Of a coded picture.
   size_t most_bits() const { return size_t{cif ? 256u : 64u} * 1024; }
   bool has_group(int number) const { return number >= 1 && (cif ? number <= 12 : number <= 5 && number % 2 == 1); }
@@ -239,5 +222,10 @@ inline constexpr int macroblocks_in_group = 33, macroblocks_in_row = 11;
 /// The vector that a vector is coded against is that of the macroblock to the left, unless a row begins or that
 /// macroblock was left out or had none.
 constexpr bool starts_vector_row(int address) { return address % macroblocks_in_row == 1; }
+
+/// A component of a vector, or a difference of two, modulo 32: -16..15.
+constexpr int wrapped(int component) {
+  return component < -16 ? component + 32 : component > 15 ? component - 32 : component;
+}
 
 }  // namespace pqx_codec::h261

@@ -1,6 +1,7 @@
 #include "h261/macroblock.h"
 
 #include <algorithm>
+#include <array>
 
 #include "pqx_video.h"
 
@@ -23,12 +24,10 @@ class Dequantizers {
 
 void dequantize(LevelBlock& block, int quant) {
   static const Dequantizers states;
-  pqx_Video_DeQuantize_16S_I(states[quant], block.doubled.data());
-  if (block.largest * quant > 2047)
-    for (int16_t& c : block.doubled) c = std::clamp<int16_t>(c, -2048, 2047);
+  pqx_Video_DeQuantize_16S_I(states[quant], block.levels.data());
+  if (block.bound * quant > 2047)
+    for (int16_t& c : block.levels) c = std::clamp<int16_t>(c, -2048, 2047);
 }
-
-bool is_quarter(unsigned positions) { return (positions & 0b100100) == 0; }
 
 }  // namespace
 
@@ -59,26 +58,17 @@ void predict(const YuvPicture& from, YuvPicture& to, int x, int y, Vector vector
 void add_residual(LevelBlock& block, int quant, uint8_t* samples, int step) {
   alignas(16) int16_t residual[64];
   dequantize(block, quant);
-  if (block.positions == 0)
-    pqx_Video_DCT8x8Inv_DC_16S(block.doubled.data(), residual);
-  else if (is_quarter(block.positions))
-    pqx_Video_DCT8x8Inv_1Q_16S(block.doubled.data(), residual);
-  else
-    pqx_Video_DCT8x8Inv_16S(block.doubled.data(), residual);
+  inverse_transform(block, residual);
   pqx_Video_AddBlock_16S_8U_I(residual, samples, step);
-  block = {};
+  block.clear();
 }
 
 void write_intra(LevelBlock& block, int quant, uint8_t* samples, int step) {
-  if (block.positions != 0) dequantize(block, quant);
-  block.doubled[0] = int16_t(block.intra_dc);
-  if (block.positions == 0)
-    pqx_Video_DCT8x8Inv_DC_16S_8U(block.doubled.data(), samples, step);
-  else if (is_quarter(block.positions))
-    pqx_Video_DCT8x8Inv_1Q_16S_8U(block.doubled.data(), samples, step);
-  else
-    pqx_Video_DCT8x8Inv_16S_8U(block.doubled.data(), samples, step);
-  block = {};
+  const int16_t dc = block.levels[0];
+  if (!block.is_dc_only()) dequantize(block, quant);
+  block.levels[0] = dc;
+  inverse_transform(block, samples, step);
+  block.clear();
 }
 
 }  // namespace pqx_codec::h261

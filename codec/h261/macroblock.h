@@ -1,9 +1,12 @@
 /// What encoder and decoder do alike with a macroblock: predict it and add what was coded.
 #pragma once
 
-#include <array>
+#include <algorithm>
+#include <cstddef>
 #include <cstdint>
+#include <cstdlib>
 
+#include "bits/level_block.h"
 #include "picture/yuv_picture.h"
 
 namespace pqx_codec::h261 {
@@ -31,25 +34,18 @@ bool vector_fits(const YuvPicture& picture, int x, int y, Vector vector);
 /// Predicts a macroblock from another picture of the same size.
 void predict(const YuvPicture& from, YuvPicture& to, int x, int y, Vector vector, bool filter);
 
-/// Levels of a block in natural order, odd numbers of twice the size: 2 L + 1, or 2 L - 1 if L is negative.
-struct LevelBlock {
-  alignas(16) std::array<int16_t, 64> doubled{};
-  unsigned positions = 0;  // all positions of levels, or'ed
-  int largest = 0;         // at least the magnitude of every doubled level
-  int intra_dc = 0;        // 1..2040
+/// Sets a level L as the odd number next to 2 L, away from zero: its coefficient is a multiple of that.
+inline void set_level(LevelBlock& block, unsigned position, int level) {
+  const int doubled = 2 * level + (level < 0 ? -1 : 1);
+  block.levels[position] = int16_t(doubled);
+  block.positions |= position;
+  block.bound = std::max(block.bound, std::abs(doubled));
+}
 
-  void set(unsigned position, int level) {
-    doubled[position] = int16_t(2 * level + (level < 0 ? -1 : 1));
-    positions |= position;
-    largest = largest > 2 * level + 1 ? largest : 2 * level + 1;
-    largest = largest > 1 - 2 * level ? largest : 1 - 2 * level;
-  }
-};
-
-/// Adds a predicted block's residual to its prediction. The levels are used up.
+/// Adds the residual of a predicted block to its prediction. The levels are used up.
 void add_residual(LevelBlock& block, int quant, uint8_t* samples, int step);
 
-/// Writes an intra block. The levels are used up.
+/// Writes an intra block, whose DC is given as a coefficient, 1..2040. The levels are used up.
 void write_intra(LevelBlock& block, int quant, uint8_t* samples, int step);
 
 }  // namespace pqx_codec::h261

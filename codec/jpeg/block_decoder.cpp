@@ -3,14 +3,13 @@
 #include <algorithm>
 #include <limits>
 
+#include "bits/zig_zag.h"
 #include "core/failure.h"
 #include "pqx_video.h"
 
 namespace pqx_codec::jpeg {
 namespace {
 
-// JPEG transforms samples less 128, the library pixels as they are: 8 * 128 in the DC is the difference.
-constexpr int level_shift = 8 * 128;
 constexpr int max_coefficient = std::numeric_limits<int16_t>::max();
 
 }  // namespace
@@ -21,7 +20,7 @@ void decode_block(BitReader& reader, const HuffmanDecoder& dc_codes, const Huffm
   bits.refill();
   // The limit is out of reach of any picture; it keeps damaged differences from adding up without end.
   dc = std::clamp(dc + dc_codes.decode(bits).value, -max_coefficient, max_coefficient);
-  unsigned positions = 0, offset_levels = 0;
+  unsigned positions = 0, offset_levels = 0;  // or'ed: of levels in -128..127 the latter stays below 256
   size_t k = 1;
   for (; k < 64; ++k) {
     bits.refill();
@@ -40,9 +39,9 @@ void decode_block(BitReader& reader, const HuffmanDecoder& dc_codes, const Huffm
   if (k > 64) throw Failure("damaged JPEG: a block of more than 64 coefficients");
   if (bits.overrun()) throw Failure("damaged JPEG: the data of the picture end early");
   reader = bits;
-  block.dc = dc;
+  block.levels[0] = int16_t(dc);
   block.positions = positions;
-  block.offset_levels = offset_levels;
+  block.bound = offset_levels < 256 ? 128 : (1 << max_ac_size) - 1;
 }
 
 BlockReconstruction::BlockReconstruction(const QuantTable& steps) {
@@ -54,23 +53,14 @@ BlockReconstruction::BlockReconstruction(const QuantTable& steps) {
 }
 
 void BlockReconstruction::operator()(LevelBlock& block, uint8_t* pixels, int step) const {
-  auto& levels = block.levels;
-  if (block.is_dc_only()) {
-    levels[0] = int16_t(std::clamp(block.dc * steps_[0] + level_shift, -max_coefficient, max_coefficient));
-    pqx_Video_DCT8x8Inv_DC_16S_8U(levels.data(), pixels, step);
-    levels[0] = 0;
-    return;
+  const int dc = block.levels[0] * steps_[0] + level_shift;
+  if (!block.is_dc_only()) {
+    if (block.bound * largest_step_ > max_coefficient) limit_levels(block);
+    pqx_Video_DeQuantize_16S_I(dequantizer_.data(), block.levels.data());
   }
-  if (block.magnitude_limit() * largest_step_ > max_coefficient) limit_levels(block);
-  levels[0] = 0;
-  pqx_Video_DeQuantize_16S_I(dequantizer_.data(), levels.data());
-  levels[0] = int16_t(std::clamp(block.dc * steps_[0] + level_shift, -max_coefficient, max_coefficient));
-  if (block.is_quarter()) {
-    pqx_Video_DCT8x8Inv_1Q_16S_8U(levels.data(), pixels, step);
-  } else {
-    pqx_Video_DCT8x8Inv_16S_8U(levels.data(), pixels, step);
-  }
-  levels.fill(0);
+  block.levels[0] = int16_t(std::clamp(dc, -max_coefficient, max_coefficient));
+  inverse_transform(block, pixels, step);
+  block.clear();
 }
 
 /// Keeps the products of the dequantizer, which wrap, within 16 bits. Only damaged files need it.

@@ -4,26 +4,14 @@
 #include <cstdint>
 
 #include "bits/bit_reader.h"
+#include "bits/level_block.h"
 #include "jpeg/format.h"
 #include "jpeg/huffman.h"
 
 namespace pqx_codec::jpeg {
 
-/// The levels of an 8x8 block in natural order.
-struct LevelBlock {
-  alignas(16) std::array<int16_t, 64> levels{};
-  int dc = 0;
-  // About the AC levels that are not zero: OR of their positions, OR of the levels + 128.
-  unsigned positions = 0, offset_levels = 0;
-
-  bool is_dc_only() const { return positions == 0; }
-  /// Whether all levels lie in the rows and columns 0..3.
-  bool is_quarter() const { return (positions & (4 | 4 * 8)) == 0; }
-  /// The largest magnitude that an AC level may have.
-  int magnitude_limit() const { return offset_levels < 256 ? 128 : (1 << max_ac_size) - 1; }
-};
-
-/// Decodes the levels of a block, which must be all zero. `dc` is that of the previous block of the component.
+/// Decodes the levels of a block, which must be all zero.
+/// @param dc  level of the previous block of the component, replaced by that of this block
 /// Throws Failure for bits that make no block.
 void decode_block(BitReader& reader, const HuffmanDecoder& dc_codes, const HuffmanDecoder& ac_codes, int& dc,
                   LevelBlock& block);

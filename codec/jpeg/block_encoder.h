@@ -8,6 +8,7 @@
 #include <cstdint>
 
 #include "bits/bit_writer.h"
+#include "bits/zig_zag.h"
 #include "jpeg/format.h"
 #include "jpeg/huffman.h"
 
@@ -92,7 +93,7 @@ struct CodeWriter {
     BitCursor cursor;
     void dc(int symbol, uint32_t number) { put(codes.dc_codes[symbol], number); }
     void ac(int symbol, uint32_t number) { put(codes.ac_codes[symbol], number); }
-    void put(HuffmanEncoder::Code code, uint32_t number) { cursor.put(code.bits | number, code.length); }
+    void put(Code code, uint32_t number) { cursor.put(code.bits | number, code.length); }
   };
   Block open() { return {*this, buffer->cursor()}; }
   void close(const Block& block) { buffer->cursor() = block.cursor; }

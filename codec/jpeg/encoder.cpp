@@ -2,9 +2,11 @@
 
 #include <algorithm>
 #include <array>
+#include <cstring>
 #include <span>
 
 #include "bits/bit_writer.h"
+#include "bits/zig_zag.h"
 #include "jpeg/block_encoder.h"
 #include "jpeg/format.h"
 #include "jpeg/huffman.h"
@@ -14,14 +16,24 @@
 namespace pqx_codec::jpeg {
 namespace {
 
-constexpr int level_shift = 8 * 128;  // in a DC: JPEG transforms samples less 128, the library pixels as they are
-
 QuantTable scaled(const QuantTable& steps, int quality) {
   const int percent = quality < 50 ? 5000 / quality : 200 - 2 * quality;
   QuantTable result;
   std::transform(steps.begin(), steps.end(), result.begin(),
                  [&](int step) { return uint16_t(std::clamp((step * percent + 50) / 100, 1, 255)); });
   return result;
+}
+
+/// Appends entropy-coded bytes, with a zero behind each 0xFF.
+void append_stuffed(std::vector<uint8_t>& out, std::span<const uint8_t> bytes) {
+  const uint8_t *from = bytes.data(), *const end = from + bytes.size();
+  while (from < end) {
+    const void* const found = std::memchr(from, 0xFF, size_t(end - from));
+    const uint8_t* const to = found ? static_cast<const uint8_t*>(found) + 1 : end;
+    out.insert(out.end(), from, to);
+    if (found) out.push_back(0);
+    from = to;
+  }
 }
 
 struct Component {
@@ -103,9 +115,13 @@ std::vector<uint8_t> Encoder::encode() {
   BitBuffer buffer(blocks_in_row * 64 * 27 / 8 + 8);
   std::array<CodeWriter, 2> writers{CodeWriter{HuffmanEncoder(dc_specs_[0]), HuffmanEncoder(ac_specs_[0]), &buffer},
                                     CodeWriter{HuffmanEncoder(dc_specs_[1]), HuffmanEncoder(ac_specs_[1]), &buffer}};
-  code_rows(writers, [&] { buffer.drain(out_); });
-  buffer.cursor().finish();
-  buffer.drain(out_);
+  const auto drain = [&] {
+    append_stuffed(out_, buffer.bytes());
+    buffer.clear();
+  };
+  code_rows(writers, drain);
+  buffer.cursor().finish(true);
+  drain();
   out_.insert(out_.end(), {0xFF, EOI});
   return std::move(out_);
 }

@@ -1,4 +1,4 @@
-/// What the encoder and the decoder share of the JPEG format: markers, scan order, the customary tables.
+/// What the encoder and the decoder share of the JPEG format: markers, bounds, the customary tables.
 #pragma once
 
 #include <array>
@@ -30,20 +30,8 @@ enum Marker : uint8_t {
 // A DC difference has at most 11 bits, an AC level at most 10: more cannot come from 8-bit samples.
 inline constexpr int max_dc_size = 11, max_ac_size = 10;
 
-/// Natural position (8 * row + column) of the k-th coefficient in zig-zag order. The entries from 64 on catch runs of
-/// zeros that lead out of a damaged block.
-inline constexpr std::array<uint8_t, 80> natural_position = [] {
-  std::array<uint8_t, 80> positions{};
-  positions.fill(63);
-  int k = 0;
-  for (int diagonal = 0; diagonal < 15; ++diagonal)
-    for (int i = 0; i <= diagonal; ++i) {
-      const int row = diagonal % 2 ? i : diagonal - i, column = diagonal - row;  // odd diagonals run downward
-      if (row < 8 && column < 8) positions[k++] = uint8_t(8 * row + column);
-    }
-  return positions;
-}();
-static_assert(natural_position[1] == 1 && natural_position[2] == 8 && natural_position[63] == 63);
+/// What the DC of a block of pixels is above that of samples less 128, which JPEG transforms.
+inline constexpr int level_shift = 8 * 128;
 
 /// Steps of the 64 coefficients in natural order.
 using QuantTable = std::array<uint16_t, 64>;

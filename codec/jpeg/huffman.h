@@ -4,6 +4,7 @@
 #include <cstdint>
 
 #include "bits/bit_reader.h"
+#include "bits/code.h"
 #include "jpeg/format.h"
 
 namespace pqx_codec::jpeg {
@@ -11,14 +12,8 @@ namespace pqx_codec::jpeg {
 /// Codes by symbol.
 class HuffmanEncoder {
  public:
-  /// A code with zeros in the place of the number whose size the symbol states in its lower four bits, and the bits
-  /// of both.
-  struct Code {
-    uint32_t bits = 0;
-    int length = 0;
-  };
-
   explicit HuffmanEncoder(const HuffmanSpec& table);
+  /// The code, with zeros in the place of the number whose size the symbol states in its lower four bits.
   Code operator[](int symbol) const { return codes_[size_t(symbol)]; }
 
  private:
@@ -46,7 +41,7 @@ class HuffmanDecoder {
 
   /// Takes up to 27 bits, which must be ready. Throws Failure for bits that are no code.
   Coefficient decode(BitReader& bits) const {
-    Coefficient c = short_codes_[bits.peek(look_ahead)];
+    Coefficient c = short_codes_[bits.ready(look_ahead)];
     if (c.bits == 0) [[unlikely]]
       c = decode_long(bits.ready(), c);
     bits.skip(c.bits);

@@ -8,7 +8,7 @@
 namespace pqx_codec::jpeg {
 
 ScanData::ScanData(std::span<const uint8_t> bytes)
-    : bytes_(bytes), unstuffed_(std::make_unique_for_overwrite<uint8_t[]>(bytes.size() + BitReader::margin)) {}
+    : bytes_(bytes), unstuffed_(std::make_unique_for_overwrite<uint8_t[]>(bytes.size())) {}
 
 BitReader ScanData::next_interval() {
   uint8_t* out = unstuffed_.get();
@@ -25,8 +25,7 @@ BitReader ScanData::next_interval() {
     *out++ = 0xFF;
     position_ += 2;
   }
-  std::fill_n(out, BitReader::margin, uint8_t{0});
-  return {unstuffed_.get(), size_t(out - unstuffed_.get())};
+  return BitReader({unstuffed_.get(), out});
 }
 
 }  // namespace pqx_codec::jpeg

@@ -72,12 +72,12 @@ Pictures expect_reconstruction(const Bytes& stream, const Pictures& reconstructi
   return decoded;
 }
 
-void expect_prefix_free(const auto& codes, std::initializer_list<h261::Code> more, const char* what) {
-  std::vector<h261::Code> all(more);
+void expect_prefix_free(const auto& codes, std::initializer_list<Code> more, const char* what) {
+  std::vector<Code> all(more);
   for (const auto& c : codes) all.push_back(c.code);
   // No code may begin with sixteen bits that could be taken for a start code, nor with another code.
-  for (const h261::Code a : all)
-    for (const h261::Code b : all)
+  for (const Code a : all)
+    for (const Code b : all)
       if (&a != &b && a.length <= b.length && (a.length != b.length || a.bits != b.bits)) {
         EXPECT_NE(b.bits >> (b.length - a.length), a.bits) << what;
       }

@@ -21,19 +21,18 @@ class Clip {
   /// Goes back to a picture that has been looked at before.
   virtual void go_back(int number) = 0;
 
-  const YuvPicture& picture() const { return picture_; }
+  virtual const YuvPicture& picture() const = 0;
   /// Its number, from 0.
   int number() const { return number_; }
   /// Where it may differ from the picture that was looked at before it.
   const Rectangle& changed() const { return changed_; }
-  Rectangle whole() const { return {0, 0, picture_.width(), picture_.height()}; }
+  Rectangle whole() const { return {0, 0, picture().width(), picture().height()}; }
 
   FrameRate rate() const { return rate_; }
   /// For how many frames it stands until the next one takes its place.
   int frames() const { return frames_; }
 
  protected:
-  YuvPicture picture_;
   int number_ = -1;
   Rectangle changed_;
   FrameRate rate_;

@@ -1,0 +1,71 @@
+/// Codes of varying length.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string_view>
+
+#include "bits/bit_reader.h"
+
+namespace pqx_codec {
+
+/// A code word, of which the lowest `length` bits count.
+struct Code {
+  uint32_t bits = 0;
+  int length = 0;
+};
+
+/// A code as a standard prints it: "0000 101".
+consteval Code code(std::string_view text) {
+  Code c;
+  for (const char digit : text)
+    if (digit != ' ') c = {c.bits << 1 | uint32_t(digit - '0'), c.length + 1};
+  return c;
+}
+
+/// A code and what it stands for.
+template <class Value>
+struct Coded {
+  Code code;
+  Value value;
+};
+
+/// Looks values up by the next bits. No code may be longer than `longest`, nor begin with another one.
+template <class Value, int longest>
+class CodeTable {
+ public:
+  template <size_t n>
+  constexpr explicit CodeTable(const std::array<Coded<Value>, n>& codes) {
+    for (const Coded<Value>& c : codes) {
+      const int free = longest - c.code.length;
+      for (uint32_t i = 0; i < 1u << free; ++i) entries_[c.code.bits << free | i] = {c.value, c.code.length};
+    }
+  }
+
+  /// Takes a code; nothing if the next bits are none.
+  std::optional<Value> read(BitReader& bits) const {
+    const Entry& entry = entries_[bits.peek(longest)];
+    if (entry.length == 0) return {};
+    bits.skip(entry.length);
+    return entry.value;
+  }
+
+ private:
+  struct Entry {
+    Value value{};
+    int length = 0;
+  };
+  std::array<Entry, size_t{1} << longest> entries_{};
+};
+
+/// Codes by value, that of `lowest` first.
+template <size_t size, size_t n>
+constexpr std::array<Code, size> codes_by_value(const std::array<Coded<int>, n>& codes, int lowest) {
+  std::array<Code, size> table{};
+  for (const Coded<int>& c : codes) table[size_t(c.value - lowest)] = c.code;
+  return table;
+}
+
+}  // namespace pqx_codec
