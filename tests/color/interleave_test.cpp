@@ -3,7 +3,7 @@
 #include "operation.h"
 #include "plain.h"
 
-using test::Argument, test::row, test::row_lengths, test::size, test::whole;
+using test::Argument, test::row, test::whole;
 
 namespace {
 
@@ -12,7 +12,7 @@ Argument a8(int len, int each = 1) { return row<uint8_t>(whole, len, each); }
 Argument a16(int len, int each = 1) { return row<int16_t>(whole, len, each); }
 
 TEST_OPERATIONS(Interleave, MergesPlanesToPixels) {
-  const Argument len = size(row_lengths({4113}));
+  const Argument len = test::length();
   test::check({
       OPERATION(ColorMerge2_8U, {a8(2), a8(2), len, a8(2, 2)}),
       OPERATION(ColorMerge3_8U, {a8(3), a8(3), a8(3), len, a8(3, 3)}),
@@ -24,7 +24,7 @@ TEST_OPERATIONS(Interleave, MergesPlanesToPixels) {
 }
 
 TEST_OPERATIONS(Interleave, SplitsPixelsToPlanes) {
-  const Argument len = size(row_lengths({4113}));
+  const Argument len = test::length();
   test::check({
       OPERATION(ColorSplit2_8U, {a8(3, 2), a8(3), a8(3), len}),
       OPERATION(ColorSplit3_8U, {a8(4, 3), a8(4), a8(4), a8(4), len}),

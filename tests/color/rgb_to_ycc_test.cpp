@@ -3,24 +3,22 @@
 #include "operation.h"
 #include "plain.h"
 
-using test::buffer, test::Ints, test::pairs, test::pixels_of_pairs, test::row, test::row_lengths, test::size,
-    test::whole;
+using test::buffer, test::Ints, test::pairs, test::pixels_of_pairs, test::row, test::size, test::whole;
 
 namespace {
 
 std::vector<test::Argument> arguments_444(int bytes) {
   const auto plane = row<uint8_t>(whole, 4);
-  return {row<uint8_t>(whole, 4, bytes), plane, plane, plane, size(row_lengths())};
+  return {row<uint8_t>(whole, 4, bytes), plane, plane, plane, test::length()};
 }
 std::vector<test::Argument> arguments_422(int bytes) {
   const auto chroma = row<uint8_t>(pairs, 4);
-  return {row<uint8_t>(pixels_of_pairs, 4, bytes), row<uint8_t>(pixels_of_pairs, 4), chroma, chroma,
-          size(row_lengths())};
+  return {row<uint8_t>(pixels_of_pairs, 4, bytes), row<uint8_t>(pixels_of_pairs, 4), chroma, chroma, test::length()};
 }
 std::vector<test::Argument> arguments_420(int bytes) {
   const auto src = row<uint8_t>(pixels_of_pairs, 6, bytes), luma = row<uint8_t>(pixels_of_pairs, 6);
   const auto chroma = row<uint8_t>(pairs, 6);
-  return {src, src, luma, luma, chroma, chroma, size(row_lengths())};
+  return {src, src, luma, luma, chroma, chroma, test::length()};
 }
 
 TEST_OPERATIONS(RgbToYcc, MatchesTheFormulaOnEveryRow) {
@@ -39,7 +37,7 @@ TEST_OPERATIONS(RgbToYcc, MatchesTheFormulaOnEveryRow) {
       OPERATION(ColorARGB2YCC420_BL_8U, arguments_420(4)),
       OPERATION(ColorBGRA2YCC420_BL_8U, arguments_420(4)),
       OPERATION(ColorCMYK2YCCK444_8U,
-                {row<uint8_t>(whole, 5, 4), ink_plane, ink_plane, ink_plane, ink_plane, size(row_lengths())}),
+                {row<uint8_t>(whole, 5, 4), ink_plane, ink_plane, ink_plane, ink_plane, test::length()}),
   });
 }
 
@@ -112,7 +110,7 @@ TEST_OPERATIONS(RgbToYcc, SixteenBitRowsMatchTheFormula) {
   for (const auto& fill : {test::range<int16_t>(0, 4095), test::range<int16_t>(-32768, 32767)}) {
     const auto plane = buffer<int16_t>(count(1));
     test::check(
-        OPERATION(ColorRGB2YCC444_16S, {buffer<int16_t>(count(3), fill), plane, plane, plane, size(row_lengths())}));
+        OPERATION(ColorRGB2YCC444_16S, {buffer<int16_t>(count(3), fill), plane, plane, plane, test::length()}));
   }
 }
 

@@ -14,16 +14,13 @@ namespace {
 int64_t block(Ints) { return 64; }
 std::vector<test::Span> quarter_and_last(Ints) { return {{0, 8}, {16, 8}, {32, 8}, {48, 8}, {126, 2}}; }
 
-const std::vector<int> distances = {0, 1, 2, 8, 15, 16, 48, 64, 112, -1, -2, -16, -64, -111};
-
 TEST_OPERATIONS(AccurateInverse, MatchesItsArithmeticOnAnyBlock) {
   const test::Fill twelve_bits = test::range<int16_t>(-2048, 2047);
   const Argument any = buffer<int16_t>(block), usual = buffer<int16_t>(block, twelve_bits);
   test::check({
-      OPERATION(DCT8x8Inv_IEEE_16S, {any, any}, {{1, 0, distances}}),
-      OPERATION(DCT8x8Inv_IEEE_16S, {usual, any}, {{1, 0, distances}}),
-      OPERATION(DCT8x8Inv_1Q_Mismatch_16S, {test::touching<int16_t>(quarter_and_last, twelve_bits), any},
-                {{1, 0, distances}}),
+      OPERATION(DCT8x8Inv_IEEE_16S, {any, any}, {{1, 0}}),
+      OPERATION(DCT8x8Inv_IEEE_16S, {usual, any}, {{1, 0}}),
+      OPERATION(DCT8x8Inv_1Q_Mismatch_16S, {test::touching<int16_t>(quarter_and_last, twelve_bits), any}, {{1, 0}}),
   });
 }
 

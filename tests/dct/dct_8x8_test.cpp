@@ -34,20 +34,17 @@ Pixels pixels_of(decltype(pqx_Video_DCT8x8Inv_16S_8U)* transform, const Block& i
   return out;
 }
 
-// In place, by whole rows and by odd bytes, upward and downward.
-const std::vector<int> distances = {0, 1, 2, 8, 15, 16, 48, 64, 100, 112, -1, -2, -8, -17, -32, -64, -111, -127};
-
 TEST_OPERATIONS(Dct8x8, MatchesTheTypedArithmeticWhereverTheBlockLies) {
   const Argument samples = buffer<int16_t>(block), pixels = plane(1, eight, eight), out = plane(2, eight, eight);
   test::check({
-      OPERATION(DCT8x8Fwd_16S, {samples, samples}, {{1, 0, distances}}),
-      OPERATION(DCT8x8Fwd_12S_16S, {samples, samples}, {{1, 0, distances}}),
+      OPERATION(DCT8x8Fwd_16S, {samples, samples}, {{1, 0}}),
+      OPERATION(DCT8x8Fwd_12S_16S, {samples, samples}, {{1, 0}}),
       OPERATION(DCT8x8Fwd_8U_16S, {pixels, step(eight), samples}),
-      OPERATION(DCT8x8Inv_16S, {samples, samples}, {{1, 0, distances}}),
+      OPERATION(DCT8x8Inv_16S, {samples, samples}, {{1, 0}}),
       OPERATION(DCT8x8Inv_16S_8U, {samples, out, step(eight)}),
-      OPERATION(DCT8x8Inv_1Q_16S, {quarter_block(), samples}, {{1, 0, distances}}),
+      OPERATION(DCT8x8Inv_1Q_16S, {quarter_block(), samples}, {{1, 0}}),
       OPERATION(DCT8x8Inv_1Q_16S_8U, {quarter_block(), out, step(eight)}),
-      OPERATION(DCT8x8Inv_DC_16S, {dc(), samples}, {{1, 0, distances}}),
+      OPERATION(DCT8x8Inv_DC_16S, {dc(), samples}, {{1, 0}}),
       OPERATION(DCT8x8Inv_DC_16S_8U, {dc(), out, step(eight)}),
   });
 }

@@ -3,7 +3,7 @@
 #include "operation.h"
 #include "plain.h"
 
-using test::Argument, test::buffer, test::Ints, test::plane, test::row_lengths, test::size, test::step;
+using test::Argument, test::buffer, test::Ints, test::plane, test::size, test::step;
 
 namespace {
 
@@ -13,7 +13,7 @@ int64_t block(Ints) { return 64; }
 TEST_OPERATIONS(P64Loop, FiltersInsideTheBlock) {
   const Argument in_place = plane(2, eight, eight);
   test::check({
-      OPERATION(P64Loop_8U, {in_place, in_place, step(eight)}, {{1, 0, {0}}}),
+      OPERATION(P64Loop_8U, {in_place, in_place, step(eight)}, {{1, 0, test::in_place}}),
       OPERATION(P64Loop_8U_16S, {plane(1, eight, eight), step(eight), buffer<int16_t>(block)}),
   });
 }
@@ -22,9 +22,7 @@ TEST_OPERATIONS(P64Decimate, AveragesSquares) {
   const test::Count width = [](Ints n) { return n[4]; }, height = [](Ints n) { return n[4] > 0 ? n[5] : 0; };
   const auto twice = [=](Ints n) { return 2 * width(n); };
   const Argument src = plane(1, twice, [=](Ints n) { return 2 * height(n); }), dst = plane(3, width, height);
-  test::check(
-      {OPERATION(P64Decimate_8U, {src, step(twice), dst, step(width), size(row_lengths()), size({-1, 0, 1, 2, 3})},
-                 {{2, 0, {0, 1, 5, 16, 33, 100, -1, -16, -35, -100}}})});
+  test::check({OPERATION(P64Decimate_8U, {src, step(twice), dst, step(width), size(), size()}, {{2, 0}})});
 }
 
 }  // namespace

@@ -30,7 +30,7 @@
 namespace test {
 namespace {
 
-constexpr int64_t most_bytes = 1 << 18;  // of a block
+constexpr int64_t most_bytes = 1 << 22;  // of a block
 constexpr size_t model_room = 1024;      // around its blocks
 
 /// Takes numbers from bytes; behind the last one all are 0.
@@ -44,23 +44,11 @@ class Numbers {
     rest_ = rest_.subspan(std::min(bytes, rest_.size()));
     return number;
   }
-  template <class T>
-  const T& choose(const std::vector<T>& from) {
-    return from[take(2) % from.size()];
-  }
   std::span<const uint8_t> rest() const { return rest_; }
 
  private:
   std::span<const uint8_t> rest_;
 };
-
-/// One of the values that the tests try, or any between the least and the greatest of them.
-int take_size(Numbers& numbers, const std::vector<int>& values) {
-  if (numbers.take(1) % 2) return numbers.choose(values);
-  const auto [lowest, highest] = std::minmax_element(values.begin(), values.end());
-  const int64_t low = std::max(*lowest, -100);
-  return int(low + numbers.take(2) % (std::max<int64_t>(*highest, low) - low + 1));
-}
 
 /// Calls part(offset, bytes) for what lies between spans.
 template <class Part>
@@ -85,54 +73,39 @@ Case::Case(std::span<const uint8_t> bytes) {
   number_ = numbers.take(2) % all_operations().size();
   const Operation& operation = all_operations()[number_];
   const size_t count = operation.arguments.size();
-  ints_.assign(count, 0);
-  for (size_t k = 0; k < count; ++k)
-    if (const Argument& a = operation.arguments[k]; a.is_size()) ints_[k] = take_size(numbers, a.values);
-  const bool equal_steps = numbers.take(1) % 4 == 0;
-  const uint32_t shared = numbers.take(2);
-  int64_t widest = 0;
-  for (const Argument& a : operation.arguments)
-    if (equal_steps && a.row_bytes) widest = std::max(widest, a.row_bytes(ints_));
-  for (size_t k = 0; k < count; ++k)
-    if (const Argument& a = operation.arguments[k]; a.row_bytes) {
-      const auto row = int(std::max<int64_t>({a.row_bytes(ints_), widest, 0}));
-      const uint32_t choice = equal_steps ? shared : numbers.take(2);
-      const int step = row + int(choice / 2 % 70);
-      ints_[k] = choice % 2 ? -step : step;
-    }
-
-  const Overlap* overlap = nullptr;
-  if (const size_t choice = numbers.take(1) % (2 * operation.overlaps.size() + 1); choice < operation.overlaps.size())
-    overlap = &operation.overlaps[choice];
-  const int distance = overlap ? numbers.choose(overlap->distances) : 0;
+  drawn_ = draw(
+      operation, [&](uint32_t below) { return numbers.take(below > 256 ? 3 : 1) % below; }, false);
+  const Overlap* const overlap = drawn_.overlap;
   block_of_.assign(count, 0);
   distance_of_.assign(count, 0);
   for (size_t k = 0; k < count; ++k) {
     if (!operation.arguments[k].is_pointer || (overlap && overlap->destination == int(k))) continue;
-    std::vector<Span> spans = touched(k);
+    std::vector<Span> spans = drawn_.spans[k];
+    const bool shared = overlap && overlap->source == int(k);
     block_of_[k] = blocks_.size();
-    if (overlap && overlap->source == int(k)) {
-      block_of_[size_t(overlap->destination)] = blocks_.size();
-      distance_of_[size_t(overlap->destination)] = distance;
-      for (const Span& s : touched(size_t(overlap->destination))) spans.push_back({s.offset + distance, s.bytes});
+    if (shared) {
+      const auto destination = size_t(overlap->destination);
+      block_of_[destination] = blocks_.size();
+      distance_of_[destination] = drawn_.distance;
+      for (const Span& s : drawn_.spans[destination]) spans.push_back({s.offset + drawn_.distance, s.bytes});
     }
-    blocks_.push_back(make_block(joined(spans), int(numbers.take(1) % 16)));
-    blocks_.back().shared = operation.run.only_reads[k] && !(overlap && overlap->source == int(k));
+    blocks_.push_back(make_block(joined(spans), drawn_.place == Place::aligned ? 0 : int(numbers.take(1) % 16)));
+    blocks_.back().shared = operation.run.only_reads[k] && !shared;
   }
 
   // Contents as the tests fill them, or nearly all 0, or as they come.
-  const uint32_t seed = numbers.take(2), kind = numbers.take(1) % 6;
+  const uint32_t seed = numbers.take(2), kind = numbers.take(1) % 4;
   Random random(seed);
   for (Block& b : blocks_) std::generate(b.contents.begin(), b.contents.end(), [&] { return uint8_t(random()); });
   for (size_t k = 0; k < count; ++k) {
     if (!operation.arguments[k].is_pointer) continue;
     Block& b = blocks_[block_of_[k]];
     size_t next = k;
-    for (const Span& s : touched(k)) {
+    for (const Span& s : drawn_.spans[k]) {
       uint8_t* const first = b.contents.data() + b.pointer + distance_of_[k] + s.offset;
-      if (kind < 4) {
-        operation.arguments[k].fill(random, Data(kind), first, s.bytes);
-      } else if (kind == 4) {
+      if (kind < 2) {
+        operation.arguments[k].fill(random, drawn_.data, first, s.bytes);
+      } else if (kind == 2) {
         std::fill_n(first, s.bytes, uint8_t(0));
         for (int times = int(random() % 8); times > 0; --times) first[random() % s.bytes] = uint8_t(random());
       } else if (const auto rest = numbers.rest(); !rest.empty()) {
@@ -142,15 +115,12 @@ Case::Case(std::span<const uint8_t> bytes) {
   }
 }
 
-std::vector<Span> Case::touched(size_t argument) const {
-  return joined(all_operations()[number_].arguments[argument].spans(ints_));
-}
-
-Case::Block Case::make_block(const std::vector<Span>& spans, int lead) const {
+Case::Block Case::make_block(const std::vector<Span>& spans, int misalignment) const {
   Block b;
   if (spans.empty()) return b;
   const int64_t low = spans.front().offset, high = spans.back().offset + spans.back().bytes;
   if (high - low > most_bytes) fail("more memory than expected");
+  const int64_t lead = (low + misalignment) & 15;
   b.contents.resize(size_t(lead + high - low));
   b.pointer = lead - low;
   for (const Span& s : spans) b.spans.push_back({b.pointer + s.offset, s.bytes});
@@ -174,12 +144,12 @@ Case::Arguments Case::make_arguments(bool guarded, const Arguments* sharing) con
               [&](int64_t at, int64_t bytes) { PQX_HIDE(memory + at, size_t(bytes)); });
     arguments.blocks.emplace_back(memory, Free());
   }
-  for (size_t k = 0; k < ints_.size(); ++k)
+  for (size_t k = 0; k < drawn_.ints.size(); ++k)
     if (operation.arguments[k].is_pointer)
       arguments.slots.push_back(
           {.pointer = arguments.blocks[block_of_[k]].get() + room + blocks_[block_of_[k]].pointer + distance_of_[k]});
     else
-      arguments.slots.push_back({.number = ints_[k]});
+      arguments.slots.push_back({.number = drawn_.ints[k]});
   return arguments;
 }
 
@@ -215,7 +185,7 @@ void Case::expect(const Arguments& found, int64_t result, const Arguments& expec
 }
 
 void Case::fail(const char* what, ...) const {
-  std::fprintf(stderr, "%s: ", call(all_operations()[number_], ints_).c_str());
+  std::fprintf(stderr, "%s: ", call(all_operations()[number_], drawn_.ints).c_str());
   va_list values;
   va_start(values, what);
   std::vfprintf(stderr, what, values);

@@ -5,7 +5,7 @@
 #include <memory>
 #include <span>
 
-#include "operation.h"
+#include "draw.h"
 
 namespace test {
 
@@ -41,14 +41,13 @@ class Case {
     std::vector<Slot> slots;
   };
 
-  std::vector<Span> touched(size_t argument) const;
-  Block make_block(const std::vector<Span>& spans, int lead) const;
+  Block make_block(const std::vector<Span>& spans, int misalignment) const;
   Arguments make_arguments(bool guarded, const Arguments* sharing) const;
   void expect(const Arguments& found, int64_t result, const Arguments& expected, int64_t expected_result) const;
   [[noreturn, gnu::format(printf, 2, 3)]] void fail(const char* what, ...) const;
 
   size_t number_;
-  std::vector<int> ints_;
+  Drawn drawn_;
   std::vector<Block> blocks_;
   std::vector<size_t> block_of_;      // by argument
   std::vector<int64_t> distance_of_;  // of the argument from the pointer of its block

@@ -7,7 +7,8 @@ int main(int argc, char** argv) {
   if (argc != 3) return 2;
   const int threads = std::atoi(argv[1]), cases = std::atoi(argv[2]);
   const size_t operations = test::all_operations().size();
-  test::Random random(1);
+  const char* const seed = std::getenv("PQX_TEST_SEED");
+  test::Random random(seed ? std::strtoul(seed, nullptr, 10) : 1);
   uint8_t bytes[256];
   for (size_t k = 0; k < operations; ++k)
     for (int i = 0; i < cases; ++i) {

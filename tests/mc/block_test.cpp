@@ -13,25 +13,21 @@ int64_t eight(Ints) { return 8; }
 int64_t block(Ints) { return 64; }
 
 TEST_OPERATIONS(AddBlock, SaturatesAndKeepsSampleOrderUnderOverlap) {
-  const std::vector<int> distances = {0,   1,   2,   7,  8,  16,  55,  64,  100,  120,
-                                      127, 128, 140, -1, -8, -15, -57, -64, -120, -200};
   const Argument picture = plane(2, eight, eight), any = buffer<int16_t>(block);
   const Argument small = buffer<int16_t>(block, test::range<int16_t>(-300, 300));
-  Argument near_steps = size({-8, -7, -3, -1, 0, 1, 2, 5, 7, 8, 9});
+  Argument near_steps = size({}, -9, 9);
   test::check({
-      OPERATION(AddBlock_16S_8U_I, {any, picture, step(eight)}, {{1, 0, distances}}),
-      OPERATION(AddBlock_16S_8U_I, {small, picture, step(eight)}, {{1, 0, distances}}),
-      OPERATION(AddBlock_16S_8U_I, {small, picture, near_steps}, {{1, 0, distances}}),
+      OPERATION(AddBlock_16S_8U_I, {any, picture, step(eight)}, {{1, 0}}),
+      OPERATION(AddBlock_16S_8U_I, {small, picture, step(eight)}, {{1, 0}}),
+      OPERATION(AddBlock_16S_8U_I, {small, picture, near_steps}, {{1, 0}}),
   });
 }
 
 TEST_OPERATIONS(SumAbsDiff, SumsWholeGroupsOfEight) {
   const auto columns = [](Ints n) { return n[3] < 1 ? 0 : (n[3] + 7) / 8 * 8; };
   const auto rows = [](Ints n) { return n[3] < 1 ? 0 : n[4]; };
-  test::check(
-      {OPERATION(SumAbsDiff_8U, {plane(2, columns, rows), plane(2, columns, rows), step(columns),
-                                 size({-2147483647 - 1, -8, 0, 1, 7, 8, 9, 15, 16, 17, 24, 25, 31, 32, 33, 64, 72}),
-                                 size({-2147483647 - 1, -1, 0, 1, 2, 3, 7, 8, 15, 16, 17})})});
+  test::check({OPERATION(SumAbsDiff_8U, {plane(2, columns, rows), plane(2, columns, rows), step(columns),
+                                         size({8, 16}), size({8, 16})})});
 }
 
 // The sum passes 2^32 where every sample differs by 255.
@@ -55,12 +51,9 @@ TEST_OPERATIONS(OverlappedMC, WeighsThePredictionsOfTheNeighbours) {
     });
   };
   const auto fifteen = [](Ints) { return 15; };
-  const Argument position[] = {size({0, 5}), size({0, -7}), size({3}), size({-2, 4}), size({0, -20}),
-                               size({6}),    size({-2, 1}), size({1}), size({2, 9}),  size({-1})};
   std::vector<Argument> to_8 = {reference(4), step(fifteen), plane(3, eight, eight), step(eight)};
   std::vector<Argument> to_16 = {reference(3), step(fifteen), buffer<int16_t>(block)};
-  for (std::vector<Argument>* arguments : {&to_8, &to_16})
-    arguments->insert(arguments->end(), std::begin(position), std::end(position));
+  for (std::vector<Argument>* arguments : {&to_8, &to_16}) arguments->insert(arguments->end(), 10, size({}, -40, 40));
   test::check({OPERATION(H263OverlappedMC_8U, to_8), OPERATION(H263OverlappedMC_8U_16S, to_16)});
 }
 

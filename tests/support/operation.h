@@ -1,4 +1,5 @@
-/// Runs an operation against its plain model over sizes, steps, placements and data, on guarded memory.
+/// Runs an operation against its plain model on guarded memory, with sizes, steps, placements, overlaps and data by
+/// chance.
 #pragma once
 
 #include <algorithm>
@@ -33,19 +34,21 @@ using Fill = std::function<void(Random&, Data, uint8_t* bytes, int64_t count)>;
 /// One argument of an operation, in the order of its parameters.
 struct Argument {
   bool is_pointer = false;
-  Spans spans = {};              // pointers: what may be touched, exactly
-  Fill fill = {};                // pointers that are read
-  std::vector<int> values = {};  // sizes: what to try
-  Count row_bytes = {};          // steps: the bytes of one row, of which the step is then at least as large
+  Spans spans = {};                // pointers: what may be touched, exactly
+  Fill fill = {};                  // pointers that are read
+  std::vector<int> favoured = {};  // sizes: values of their own kind, tried more often than others
+  int lowest = 0, highest = 0;     // sizes: what to try
+  Count row_bytes = {};            // steps: the bytes of one row, of which the step is then at least as large
 
   bool is_size() const { return !is_pointer && !row_bytes; }
 };
 
-/// The destination is tried at these distances in bytes from the source, in the same memory.
+/// The destination may lie in the source's memory: 0, and all distances in bytes from it that are allowed.
 struct Overlap {
   int destination, source;
-  std::vector<int> distances;
+  std::function<bool(Ints, int64_t distance)> allowed = {};  // none: any
 };
+inline bool in_place(Ints, int64_t distance) { return distance == 0; }
 
 /// Becomes the argument that a function takes in its place.
 union Slot {
@@ -136,24 +139,15 @@ inline int64_t pixels_of_pairs(int len) { return 2 * pairs(len); }
 /// Rows of 8-bit samples at the distance that integer argument `step` tells.
 Argument plane(int step, Count columns, Count rows);
 
-inline Argument size(std::vector<int> values) { return {.values = std::move(values)}; }
+/// A size: any, but more often those that have a meaning of their own.
+inline Argument size(std::vector<int> favoured = {}, int lowest = -20, int highest = 300) {
+  return {.favoured = std::move(favoured), .lowest = lowest, .highest = highest};
+}
+/// The length of a row. Those of some kilobytes are prefetched, and from 4097 on some operations need scratch memory.
+inline Argument length() { return size({4096, 4097, 4113}, -20, 5200); }
 
 /// A step for rows of that many bytes.
 inline Argument step(Count row_bytes) { return {.row_bytes = std::move(row_bytes)}; }
-
-/// Calls one(ints) with every combination of the sizes from the k-th argument on.
-template <class One>
-void for_all_sizes(const std::vector<Argument>& arguments, std::vector<int>& ints, const One& one, size_t k = 0) {
-  while (k < arguments.size() && !arguments[k].is_size()) ++k;
-  if (k == arguments.size()) return one();
-  for (int value : arguments[k].values) {
-    ints[k] = value;
-    for_all_sizes(arguments, ints, one, k + 1);
-  }
-}
-
-/// Sizes around what vector loops and their tails care for: below the minimum, up to a few vectors, longer rows.
-std::vector<int> row_lengths(const std::vector<int>& more = {});
 
 template <class R, class... A>
 Call erase(R (*function)(A...)) {

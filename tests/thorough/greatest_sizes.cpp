@@ -46,11 +46,15 @@ class Repeated {
 };
 
 /// Those with the least work, if it is much, where one is great. Rows have no padding, long ones no distance at all.
-std::vector<int> find_sizes(Operation op, size_t great, int value) {
-  op.arguments[great].values = {value};
-  std::vector<int> ints(op.arguments.size(), 0), best;
+std::vector<int> find_sizes(const Operation& op, size_t great, int value) {
+  std::vector<int> best;
   int64_t least = INT64_MAX;
-  for_all_sizes(op.arguments, ints, [&] {
+  Random random(1);
+  for (int turn = 0; turn < 300; ++turn) {
+    std::vector<int> ints = draw(
+                                op, [&](uint32_t below) { return random() % below; }, false)
+                                .ints;
+    ints[great] = value;
     for (size_t k = 0; k < ints.size(); ++k)
       if (op.arguments[k].row_bytes) {
         const int64_t row = op.arguments[k].row_bytes(ints);
@@ -60,7 +64,7 @@ std::vector<int> find_sizes(Operation op, size_t great, int value) {
     for (const auto& rows : rows_by_manual(op, ints))
       for (const Footprint::Rows& r : rows) work += std::max<int64_t>(r.count, 0) * std::max<int64_t>(r.bytes, 0);
     if (work > 1 << 24 && work < least) least = work, best = ints;
-  });
+  }
   return best;
 }
 
