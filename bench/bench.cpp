@@ -14,7 +14,7 @@
 namespace bench {
 namespace {
 
-bool all_agree = true;
+bool nobody_differs = true;
 
 // Address space that is filled as far as it is asked for.
 class Memory {
@@ -103,13 +103,9 @@ void time_it(benchmark::State& state, const Setting& setting, const Work& work, 
   state.SetLabel(label);
 }
 
-// The table is made from the file of all repetitions.
-class Silence : public benchmark::BenchmarkReporter {
-  bool ReportContext(const Context&) override { return true; }
-  void ReportRuns(const std::vector<Run>&) override {}
-};
-
 }  // namespace
+
+bool all_agree() { return nobody_differs; }
 
 uint8_t* varied_bytes(int64_t count) {
   static Memory memory;
@@ -138,33 +134,33 @@ uint8_t* results(int64_t count) {
 void add(const std::string& family, const Line& line) {
   const std::string name = family + "/" + line.name + "/";
   const auto setting = std::make_shared<Setting>(line.setting);
-  const auto compared = std::make_shared<bool>(false);
   const auto instructions = std::make_shared<double>(0);
 
-  // Before its first timing, each contender is compared: ours with plain C, others with ours.
-  const auto side = [=](bool ours) {
-    return [=](benchmark::State& state) {
+  // Before its first timing, each contender is compared: ours and the last release with plain C, others with ours.
+  enum Side { ours, plain, last_release };
+  const auto side = [=](Side side, const char* contender, const std::function<Work()>& make) {
+    const auto known = std::make_shared<bool>(false);
+    benchmark::RegisterBenchmark((name + contender).c_str(), [=](benchmark::State& state) {
       in_new_thread(false, [&] {
-        if (!*compared) {
-          *compared = true;
-          if (result_of(*setting, setting->ours()).bytes != result_of(*setting, setting->plain()).bytes) {
-            fprintf(stderr, "%s our result is not that of plain C\n", name.c_str());
-            all_agree = false;
+        if (!*known) {
+          *known = true;
+          if (side != plain && result_of(*setting, make()).bytes != result_of(*setting, setting->plain()).bytes) {
+            fprintf(stderr, "%s%s has another result than plain C\n", name.c_str(), contender);
+            nobody_differs = false;
           }
-          if (line.charted)
+          if (side == ours && line.charted)
             *instructions = setting->part ? instructions_of(setting->part()) / setting->units_of_part
-                                          : instructions_of(setting->ours()) / setting->units;
+                                          : instructions_of(make()) / setting->units;
         }
         state.counters["instructions"] = *instructions;
-        state.counters["target"] = line.target;
-        state.counters["against_peers"] = line.against_peers;
         state.counters["charted"] = line.charted;
-        time_it(state, *setting, ours ? setting->ours() : setting->plain(), line.unit);
+        time_it(state, *setting, make(), line.unit);
       });
-    };
+    });
   };
-  benchmark::RegisterBenchmark((name + "ours").c_str(), side(true));
-  benchmark::RegisterBenchmark((name + "plain C").c_str(), side(false));
+  side(ours, "ours", setting->ours);
+  side(plain, "plain C", setting->plain);
+  if (setting->last_release) side(last_release, "last release", setting->last_release);
 
   for (const Rival& r : line.rivals)
     for (const bool sse2_only : {true, false}) {
@@ -181,7 +177,7 @@ void add(const std::string& family, const Line& line) {
                                                       result_of(rival->setting, work), rival->scale);
             if (difference > rival->tolerance) {
               fprintf(stderr, "%s differs from our result by %.2f on average\n", contender.c_str(), difference);
-              all_agree = false;
+              nobody_differs = false;
             }
           }
           time_it(state, rival->setting, work, rival->difference);
@@ -191,13 +187,3 @@ void add(const std::string& family, const Line& line) {
 }
 
 }  // namespace bench
-
-int main(int argc, char** argv) {
-  benchmark::Initialize(&argc, argv);
-  benchmark::AddCustomContext("compiler", __VERSION__);
-  for (const peers::Library& library : peers::libraries()) benchmark::AddCustomContext(library.name, library.version);
-  if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 2;
-  bench::Silence silence;
-  benchmark::RunSpecifiedBenchmarks(&silence);
-  return bench::all_agree ? 0 : 1;
-}

@@ -9,6 +9,7 @@
 #include <utility>
 #include <vector>
 
+#include "last_release.h"
 #include "plain.h"
 #include "pqx_video.h"
 
@@ -33,13 +34,13 @@ struct Result {
   bool words = false;
 };
 
-/// The memory of a job and what this library and plain C do with it.
+/// The memory of a job, and how this library, plain C and the last release do it.
 struct Setting {
   double units;                   // pixels, samples or blocks that one job yields
   std::function<void()> prepare;  // before every timing
   std::function<void()> clear;    // results, before two contenders are compared
   std::function<Result()> result;
-  std::function<Work()> ours, plain;
+  std::function<Work()> ours, plain, last_release;  // the last may be empty: what is new has no former time
   // Part of our work, of so many units, whose instructions are counted; without it, all of it.
   std::function<Work()> part = {};
   double units_of_part = 0;
@@ -58,9 +59,7 @@ struct Rival {
 struct Line {
   std::string name;  // operation/shape
   const char* unit;
-  double target;       // time of plain C over ours that is to be reached
-  bool against_peers;  // whether those limited to SSE2 are to be reached too
-  bool charted;        // in the chart, which shows every operation once
+  bool charted;  // in the chart, which shows every operation once
   Setting setting;
   std::vector<Rival> rivals;
 };
@@ -74,11 +73,15 @@ uint8_t* varied_bytes(int64_t count);
 uint8_t* varied_words(int64_t count);
 uint8_t* results(int64_t count);
 
-/// An operation under its name in both libraries.
+/// Whether everybody that was timed so far had the results expected.
+bool all_agree();
+
+/// An operation under its name in each library.
 template <class F>
 struct Sides {
   const char* name;
   F *ours, *plain;
+  F* last_release = reinterpret_cast<F*>(in_last_release(name));
 };
 #define OPERATION(NAME) \
   bench::Sides<decltype(plain::NAME)> { #NAME, pqx_Video_##NAME, plain::NAME }

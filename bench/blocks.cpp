@@ -86,6 +86,9 @@ void fill(Content content) {
 Setting setting(const BlockBench& bench, const Blocks& blocks) {
   const Blocks few{16, 1, blocks.first};
   const bool pixels = bench.job.yields == Yields::pixels;
+  const auto on_blocks = [&](const BlockWork& make) {
+    return make ? [=] { return make(blocks); } : std::function<Work()>();
+  };
   return {
       .units = double(blocks.across) * blocks.down,
       .prepare = [content = bench.content] { fill(content); },
@@ -102,8 +105,9 @@ Setting setting(const BlockBench& bench, const Blocks& blocks) {
               }
             return result;
           },
-      .ours = [=, make = bench.job.ours] { return make(blocks); },
-      .plain = [=, make = bench.job.plain] { return make(blocks); },
+      .ours = on_blocks(bench.job.ours),
+      .plain = on_blocks(bench.job.plain),
+      .last_release = on_blocks(bench.job.last_release),
       .part = [=, make = bench.job.ours] { return make(few); },
       .units_of_part = double(few.across),
   };
@@ -122,8 +126,6 @@ bool add_blocks(const std::string& family, const std::vector<BlockBench>& table)
     const Blocks blocks = blocks_of(bench.content);
     Line line{.name = bench.job.name + "/" + name_of(bench.content),
               .unit = "block",
-              .target = bench.target,
-              .against_peers = false,
               .charted = true,
               .setting = setting(bench, blocks),
               .rivals = {}};

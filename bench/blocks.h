@@ -64,11 +64,14 @@ using BlockWork = std::function<Work(const Blocks&)>;
 struct BlockJob {
   std::string name;
   Yields yields;
-  BlockWork ours, plain;
+  BlockWork ours, plain, last_release;
 
   template <class Call, class... F>
   BlockJob(const BlockForm<Call>& form, Sides<F>... sides)
-      : yields(form.yields), ours(walk(form.call, sides.ours...)), plain(walk(form.call, sides.plain...)) {
+      : yields(form.yields),
+        ours(walk(form.call, sides.ours...)),
+        plain(walk(form.call, sides.plain...)),
+        last_release((... && sides.last_release) ? walk(form.call, sides.last_release...) : nullptr) {
     for (const char* part : {sides.name...}) {
       if (!name.empty()) name += '+';
       name += part;
@@ -100,7 +103,6 @@ using BlockPeers = std::vector<BlockPeer>;
 struct BlockBench {
   BlockJob job;
   Content content;
-  double target;
   BlockPeers peers;
 };
 

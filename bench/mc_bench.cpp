@@ -48,56 +48,55 @@ const Sides<decltype(baseline::InterpX_Y_XY_8U_comm)> worker_comm{
     "InterpX_Y_XY_8U_comm", pqx_VideoInterpX_Y_XY_8U_comm, baseline::InterpX_Y_XY_8U_comm};
 
 const std::vector<PatchBench> table = {
-    {TUNED(SumAbsDiff_8U), cost, 16, 9.15 / 4.2, {ffmpeg_cost()}},
-    {TUNED(SumAbsDiff_8U), cost, 8, 4.03 / 2.8, {ffmpeg_cost()}},
-    {TUNED(CopyRef_8U), copy, 16, 5.29 / 4.0, {libyuv_copy, ffmpeg_prediction(none, false)}},
-    {TUNED(CopyRef_8U), copy, 8, 5.72 / 2.4, {libyuv_copy, ffmpeg_prediction(none, false)}},
-    {TUNED(CopyRefAve_8U), copy, 16, 7.71 / 5.5, {ffmpeg_prediction(none, true)}},
-    {TUNED(CopyRefAve_8U), copy, 8, 3.69 / 3.2, {ffmpeg_prediction(none, true)}},
-    {TUNED(CopyRef_8U_16S), copy_words, 16, 8.96 / 7.5},
-    {TUNED(CopyRef_8U_16S), copy_words, 8, 3.77 / 1.9},
-    {TUNED(Average2Rnd_8U), average, 16, 9.40 / 5.5, {libyuv_average}},
-    {TUNED(Average2Rnd_8U), average, 8, 5.14 / 3.0, {libyuv_average}},
-    {TUNED(Average2NoRnd_8U), average, 16, 9.40 / 7},
-    {TUNED(Average2NoRnd_8U), average, 8, 5.14 / 3.0},
-    {TUNED(Average3Rnd_8U), average, 16, 10.3 / 7},
-    {TUNED(Average3Rnd_8U), average, 8, 5.72 / 4.0},
-    {TUNED(Average3NoRnd_8U), average, 16, 10.3 / 7},
-    {TUNED(Average3NoRnd_8U), average, 8, 5.72 / 4.0},
-    {TUNED(AddBlock_16S_8U_I), residual, 8, 17.1 / 2.6, {ffmpeg_residual()}},
-    {TUNED(InterpX_8U), copy, 16, 7.44 / 5.5, {ffmpeg_prediction(x, false)}},
-    {TUNED(InterpX_8U), copy, 8, 4.76 / 3.2, {ffmpeg_prediction(x, false)}},
-    {TUNED(InterpAveX_8U), copy, 16, 26.2 / 7.5, {ffmpeg_prediction(x, true)}},
-    {TUNED(InterpAveX_8U), copy, 8, 19.9 / 4.5, {ffmpeg_prediction(x, true)}},
-    {TUNED(InterpY_8U), interpolate, 16, 6.64 / 4.3, {ffmpeg_prediction(y, false)}},
-    {TUNED(InterpY_8U), interpolate, 8, 4.32 / 2.9, {ffmpeg_prediction(y, false)}},
-    {TUNED(InterpAveY_8U), interpolate, 16, 26.0 / 6, {ffmpeg_prediction(y, true)}},
-    {TUNED(InterpAveY_8U), interpolate, 8, 8.52 / 3.9, {ffmpeg_prediction(y, true)}},
-    {TUNED(InterpXY_8U), interpolate, 16, 29.3 / 12.5, {ffmpeg_prediction(xy, false)}},
-    {TUNED(InterpXY_8U), interpolate, 8, 23.4 / 7, {ffmpeg_prediction(xy, false)}},
-    {TUNED(InterpAveXY_8U), interpolate, 16, 37.5 / 14, {ffmpeg_prediction(xy, true)}},
-    {TUNED(InterpAveXY_8U), interpolate, 8, 40.2 / 8, {ffmpeg_prediction(xy, true)}},
-    {TUNED(InterpX_8U_16S), copy_words, 16, 7.44 / 5.5},
-    {TUNED(InterpX_8U_16S), copy_words, 8, 4.76 / 3.2},
-    {TUNED(InterpY_8U_16S), interpolate_words, 16, 6.64 / 4.3},
-    {TUNED(InterpY_8U_16S), interpolate_words, 8, 4.32 / 2.9},
-    {TUNED(InterpXY_8U_16S), interpolate_words, 16, 29.3 / 12.5},
-    {TUNED(InterpXY_8U_16S), interpolate_words, 8, 23.4 / 7},
-    {TUNED(InterpX_Y_XY_8U), three, 16, 155.0 / 20},
-    {TUNED(InterpX_Y_XY_8U), three, 8, 62.7 / 11},
-    {worker_w16, three_wide, 16, 155.0 / 20},
-    {worker_comm, three_any, 8, 62.7 / 11},
-    {TUNED(H263OverlappedMC_8U), overlapped, 8, 56.5 / 13},
-    {TUNED(H263OverlappedMC_8U_16S), overlapped_words, 8, 56.5 / 13},
+    {TUNED(SumAbsDiff_8U), cost, 16, {ffmpeg_cost()}},
+    {TUNED(SumAbsDiff_8U), cost, 8, {ffmpeg_cost()}},
+    {TUNED(CopyRef_8U), copy, 16, {libyuv_copy, ffmpeg_prediction(none, false)}},
+    {TUNED(CopyRef_8U), copy, 8, {libyuv_copy, ffmpeg_prediction(none, false)}},
+    {TUNED(CopyRefAve_8U), copy, 16, {ffmpeg_prediction(none, true)}},
+    {TUNED(CopyRefAve_8U), copy, 8, {ffmpeg_prediction(none, true)}},
+    {TUNED(CopyRef_8U_16S), copy_words, 16},
+    {TUNED(CopyRef_8U_16S), copy_words, 8},
+    {TUNED(Average2Rnd_8U), average, 16, {libyuv_average}},
+    {TUNED(Average2Rnd_8U), average, 8, {libyuv_average}},
+    {TUNED(Average2NoRnd_8U), average, 16},
+    {TUNED(Average2NoRnd_8U), average, 8},
+    {TUNED(Average3Rnd_8U), average, 16},
+    {TUNED(Average3Rnd_8U), average, 8},
+    {TUNED(Average3NoRnd_8U), average, 16},
+    {TUNED(Average3NoRnd_8U), average, 8},
+    {TUNED(AddBlock_16S_8U_I), residual, 8, {ffmpeg_residual()}},
+    {TUNED(InterpX_8U), copy, 16, {ffmpeg_prediction(x, false)}},
+    {TUNED(InterpX_8U), copy, 8, {ffmpeg_prediction(x, false)}},
+    {TUNED(InterpAveX_8U), copy, 16, {ffmpeg_prediction(x, true)}},
+    {TUNED(InterpAveX_8U), copy, 8, {ffmpeg_prediction(x, true)}},
+    {TUNED(InterpY_8U), interpolate, 16, {ffmpeg_prediction(y, false)}},
+    {TUNED(InterpY_8U), interpolate, 8, {ffmpeg_prediction(y, false)}},
+    {TUNED(InterpAveY_8U), interpolate, 16, {ffmpeg_prediction(y, true)}},
+    {TUNED(InterpAveY_8U), interpolate, 8, {ffmpeg_prediction(y, true)}},
+    {TUNED(InterpXY_8U), interpolate, 16, {ffmpeg_prediction(xy, false)}},
+    {TUNED(InterpXY_8U), interpolate, 8, {ffmpeg_prediction(xy, false)}},
+    {TUNED(InterpAveXY_8U), interpolate, 16, {ffmpeg_prediction(xy, true)}},
+    {TUNED(InterpAveXY_8U), interpolate, 8, {ffmpeg_prediction(xy, true)}},
+    {TUNED(InterpX_8U_16S), copy_words, 16},
+    {TUNED(InterpX_8U_16S), copy_words, 8},
+    {TUNED(InterpY_8U_16S), interpolate_words, 16},
+    {TUNED(InterpY_8U_16S), interpolate_words, 8},
+    {TUNED(InterpXY_8U_16S), interpolate_words, 16},
+    {TUNED(InterpXY_8U_16S), interpolate_words, 8},
+    {TUNED(InterpX_Y_XY_8U), three, 16},
+    {TUNED(InterpX_Y_XY_8U), three, 8},
+    {worker_w16, three_wide, 16},
+    {worker_comm, three_any, 8},
+    {TUNED(H263OverlappedMC_8U), overlapped, 8},
+    {TUNED(H263OverlappedMC_8U_16S), overlapped_words, 8},
 };
 
-/// Shapes without a figure to compare with: parts of macroblocks, and what is wider than registers.
+/// Other shapes: parts of macroblocks, and what is wider than registers.
 template <class F, class Call>
 void add_shapes(std::vector<PatchBench>& shapes, Sides<F> sides, Call call,
                 const std::vector<PatchPeer>& peers = {}) {
-  for (const Shape shape : {Shape(16, 8), Shape(8, 16), Shape(8, 4)})
-    shapes.emplace_back(sides, call, shape, 1, peers);
-  for (const Shape shape : {Shape(24, 6), Shape(96, 2)}) shapes.emplace_back(sides, call, shape, 1);
+  for (const Shape shape : {Shape(16, 8), Shape(8, 16), Shape(8, 4)}) shapes.emplace_back(sides, call, shape, peers);
+  for (const Shape shape : {Shape(24, 6), Shape(96, 2)}) shapes.emplace_back(sides, call, shape);
 }
 
 std::vector<PatchBench> shapes() {
@@ -129,8 +128,8 @@ constexpr auto interpolate_picture = [](auto f, const Band& b) {
   f(b.in(0), b.out(0), b.in_step(0), b.in_step(0), b.width - 1, b.height - 1);
 };
 const std::vector<RowBench> pictures = {
-    {TUNED(CopyRefAve_8U), RowForm{{full}, {full}, all_rows, copy_picture}, 1, in_rows_and_pictures, {}},
-    {TUNED(InterpXY_8U), RowForm{{full}, {full}, all_rows, interpolate_picture}, 1, in_rows_and_pictures, {}},
+    {TUNED(CopyRefAve_8U), RowForm{{full}, {full}, all_rows, copy_picture}, in_rows_and_pictures, {}},
+    {TUNED(InterpXY_8U), RowForm{{full}, {full}, all_rows, interpolate_picture}, in_rows_and_pictures, {}},
 };
 
 const bool added = add_patches("mc", table) && add_patches("mc", shapes()) && add_rows("mc", "sample", pictures);

@@ -37,6 +37,9 @@ std::vector<Patch> patches_of(Shape shape) {
 }
 
 Setting setting(const PatchBench& bench) {
+  const auto of_shape = [&](const PatchWork& make) {
+    return make ? [=, shape = bench.shape] { return make(shape); } : std::function<Work()>();
+  };
   return {
       .units = double(patches(bench.shape).size()),
       .prepare =
@@ -55,8 +58,9 @@ Setting setting(const PatchBench& bench) {
             const auto* bytes = reinterpret_cast<const uint8_t*>(&results_of_all);
             return Result{{bytes, bytes + sizeof results_of_all}};
           },
-      .ours = [make = bench.ours, shape = bench.shape] { return make(shape); },
-      .plain = [make = bench.plain, shape = bench.shape] { return make(shape); },
+      .ours = of_shape(bench.ours),
+      .plain = of_shape(bench.plain),
+      .last_release = of_shape(bench.last_release),
   };
 }
 
@@ -74,8 +78,6 @@ bool add_patches(const std::string& family, const std::vector<PatchBench>& table
     const std::string shape = std::to_string(bench.shape.width) + "x" + std::to_string(bench.shape.height);
     Line line{.name = std::string(bench.operation) + "/" + shape,
               .unit = "block",
-              .target = bench.target,
-              .against_peers = false,
               .charted = bench.shape.width == bench.shape.height,
               .setting = setting(bench),
               .rivals = {}};

@@ -48,19 +48,24 @@ struct PatchPeer {
 
 struct PatchBench {
   const char* operation;
-  PatchWork ours, plain;
+  PatchWork ours, plain, last_release;
   Shape shape;
-  double target;
   std::vector<PatchPeer> peers;
 
   template <class F, class Call>
-  PatchBench(Sides<F> sides, Call call, Shape shape, double target, std::vector<PatchPeer> peers = {})
+  PatchBench(Sides<F> sides, Call call, Shape shape, std::vector<PatchPeer> peers = {})
       : operation(sides.name),
-        ours(on_patches([f = sides.ours, call](const Patch& p) { call(f, p); })),
-        plain(on_patches([f = sides.plain, call](const Patch& p) { call(f, p); })),
+        ours(work(sides.ours, call)),
+        plain(work(sides.plain, call)),
+        last_release(sides.last_release ? work(sides.last_release, call) : nullptr),
         shape(shape),
-        target(target),
         peers(std::move(peers)) {}
+
+ private:
+  template <class F, class Call>
+  static PatchWork work(F* f, Call call) {
+    return on_patches([=](const Patch& p) { call(f, p); });
+  }
 };
 
 /// Adds a table to the family; yields true, so that a constant can stand for having done so.

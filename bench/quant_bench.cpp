@@ -50,13 +50,13 @@ const Sides<decltype(plain::DeQuantize_16S_I)> dequantizer{"DeQuantize_16S_I", p
                                                            plain::fitting::DeQuantize_16S_I};
 
 const std::vector<BlockBench> table = {
-    {{make_reciprocals, OPERATION(QuantizeInit_16S)}, matrix, 1, {}},
-    {{make_products, OPERATION(DeQuantizeInit_16S)}, matrix, 1, {}},
-    {{quantize, quantizer}, dense, 12.7 / 10, {}},
-    {{dequantize, dequantizer}, dense, 23.6 / 20, {}},
-    {{encode, OPERATION(DCT8x8Fwd_8U_16S), quantizer}, Content::pixels, 160.0 / 52, libjpeg_turbo_encode()},
-    {{decode, dequantizer, OPERATION(DCT8x8Inv_16S_8U)}, levels, 137.0 / 72, libjpeg_turbo_decode()},
-    {{decode, dequantizer, OPERATION(DCT8x8Inv_16S_8U)}, ten_levels, 102.0 / 58, libjpeg_turbo_decode()},
+    {{make_reciprocals, OPERATION(QuantizeInit_16S)}, matrix, {}},
+    {{make_products, OPERATION(DeQuantizeInit_16S)}, matrix, {}},
+    {{quantize, quantizer}, dense, {}},
+    {{dequantize, dequantizer}, dense, {}},
+    {{encode, OPERATION(DCT8x8Fwd_8U_16S), quantizer}, Content::pixels, libjpeg_turbo_encode()},
+    {{decode, dequantizer, OPERATION(DCT8x8Inv_16S_8U)}, levels, libjpeg_turbo_decode()},
+    {{decode, dequantizer, OPERATION(DCT8x8Inv_16S_8U)}, ten_levels, libjpeg_turbo_decode()},
 };
 
 const bool added = add_blocks("quant", table);

@@ -27,18 +27,18 @@ RowPeers up_8(Scaling s) { return {libyuv_scale(s), opencv_scale(s), libjpeg_tur
 RowPeers up_16(Scaling s) { return {libyuv_scale(s), opencv_scale(s)}; }
 
 const std::vector<RowBench> table = {
-    {OPERATION(DownSample420_BL_8U), down_420(full, quartered), 0.272 / 0.095, in_rows_and_pictures, down_8()},
-    {OPERATION(DownSample422_BL_8U), down_422(full, halved), 0.185 / 0.055, in_rows, down_8()},
-    {OPERATION(DownSample420_BL_16S), down_420(full_words, quartered_words), 0.521 / 0.13, in_rows, down_16()},
-    {OPERATION(DownSample422_BL_16S), down_422(full_words, halved_words), 0.310 / 0.08, in_rows, down_16()},
-    {OPERATION(UpSample420_NN_8U), up_420_nn(quartered, full), 0.010 / 0.009, in_rows, up_8(nearest)},
-    {OPERATION(UpSample422_NN_8U), up_422(halved, full), 0.015 / 0.013, in_rows, up_8(nearest)},
-    {OPERATION(UpSample420_BL_8U), up_420_bl(quartered, full), 0.134 / 0.085, in_rows_and_pictures, up_8(bilinear)},
-    {OPERATION(UpSample422_BL_8U), up_422(halved, full), 0.079 / 0.040, in_rows, up_8(linear)},
-    {OPERATION(UpSample420_NN_16S), up_420_nn(quartered_words, full_words), 0.017 / 0.017, in_rows, up_16(nearest)},
-    {OPERATION(UpSample422_NN_16S), up_422(halved_words, full_words), 0.024 / 0.023, in_rows, up_16(nearest)},
-    {OPERATION(UpSample420_BL_16S), up_420_bl(quartered_words, full_words), 0.295 / 0.16, in_rows, up_16(bilinear)},
-    {OPERATION(UpSample422_BL_16S), up_422(halved_words, full_words), 0.183 / 0.11, in_rows, up_16(linear)},
+    {OPERATION(DownSample420_BL_8U), down_420(full, quartered), in_rows_and_pictures, down_8()},
+    {OPERATION(DownSample422_BL_8U), down_422(full, halved), in_rows, down_8()},
+    {OPERATION(DownSample420_BL_16S), down_420(full_words, quartered_words), in_rows, down_16()},
+    {OPERATION(DownSample422_BL_16S), down_422(full_words, halved_words), in_rows, down_16()},
+    {OPERATION(UpSample420_NN_8U), up_420_nn(quartered, full), in_rows, up_8(nearest)},
+    {OPERATION(UpSample422_NN_8U), up_422(halved, full), in_rows, up_8(nearest)},
+    {OPERATION(UpSample420_BL_8U), up_420_bl(quartered, full), in_rows_and_pictures, up_8(bilinear)},
+    {OPERATION(UpSample422_BL_8U), up_422(halved, full), in_rows, up_8(linear)},
+    {OPERATION(UpSample420_NN_16S), up_420_nn(quartered_words, full_words), in_rows, up_16(nearest)},
+    {OPERATION(UpSample422_NN_16S), up_422(halved_words, full_words), in_rows, up_16(nearest)},
+    {OPERATION(UpSample420_BL_16S), up_420_bl(quartered_words, full_words), in_rows, up_16(bilinear)},
+    {OPERATION(UpSample422_BL_16S), up_422(halved_words, full_words), in_rows, up_16(linear)},
 };
 
 const bool added = add_rows("resample", "sample", table);

@@ -55,6 +55,9 @@ void for_each_result_row(const Rows& rows, Visit visit) {
 
 Setting setting(const RowBench& bench, const Rows& rows) {
   const Plane& counted = rows.out[0];
+  const auto on_rows = [&](const std::function<Work(const Rows&)>& make) {
+    return make ? [=] { return make(rows); } : std::function<Work()>();
+  };
   return {
       .units = double(counted.width) * counted.height,
       .prepare =
@@ -76,8 +79,9 @@ Setting setting(const RowBench& bench, const Rows& rows) {
             });
             return result;
           },
-      .ours = [=, make = bench.ours] { return make(rows); },
-      .plain = [=, make = bench.plain] { return make(rows); },
+      .ours = on_rows(bench.ours),
+      .plain = on_rows(bench.plain),
+      .last_release = on_rows(bench.last_release),
   };
 }
 
@@ -88,8 +92,6 @@ void add_shape(const std::string& family, const char* unit, const RowBench& benc
   Line line{.name = std::string(bench.operation) + "/" + std::to_string(width) + "x" + std::to_string(height) +
                     (offset ? " odd" : ""),
             .unit = unit,
-            .target = kind == main_shape ? bench.target : 1,
-            .against_peers = kind == picture,
             .charted = kind == main_shape,
             .setting = setting(bench, rows_of(bench, width, height, offset)),
             .rivals = {}};

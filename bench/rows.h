@@ -90,19 +90,18 @@ enum Shapes { in_rows, in_rows_and_pictures };
 struct RowBench {
   const char* operation;
   std::vector<PlaneForm> in_forms, out_forms;
-  std::function<Work(const Rows&)> ours, plain;
-  double target;  // at 1920 pixels; elsewhere not to be slower is enough
+  std::function<Work(const Rows&)> ours, plain, last_release;
   Shapes shapes;
   RowPeers peers;
 
   template <class F, class Call>
-  RowBench(Sides<F> sides, const RowForm<Call>& form, double target, Shapes shapes, RowPeers peers)
+  RowBench(Sides<F> sides, const RowForm<Call>& form, Shapes shapes, RowPeers peers)
       : operation(sides.name),
         in_forms(form.in),
         out_forms(form.out),
         ours(walk(sides.ours, form)),
         plain(walk(sides.plain, form)),
-        target(target),
+        last_release(sides.last_release ? walk(sides.last_release, form) : nullptr),
         shapes(shapes),
         peers(std::move(peers)) {}
 
