@@ -3,6 +3,7 @@
 
 pqx_Status pqx_Video_ColorRGBA2ABGR_32U(const uint32_t* pSrc, int srcStep, uint32_t* pDst, int dstStep, int width,
                                         int height) {
+  if (width <= 0 || height <= 0) return PQX_OK;
   auto* const src = reinterpret_cast<const char*>(pSrc);
   auto* const dst = reinterpret_cast<char*>(pDst);
   const auto swap = [](const char* from, char* to, int64_t pixels) {
@@ -10,9 +11,8 @@ pqx_Status pqx_Video_ColorRGBA2ABGR_32U(const uint32_t* pSrc, int srcStep, uint3
                               int32_t(pixels));
   };
   const int64_t pixels = int64_t(width) * height;
-  const bool contiguous = srcStep == width && width == dstStep;
-  if (contiguous && pixels <= INT32_MAX && (width > 0 || height > 0)) {
-    swap(src, dst, pixels < 0 ? 0 : pixels);
+  if (srcStep == width && width == dstStep && pixels <= INT32_MAX) {
+    swap(src, dst, pixels);
     return PQX_OK;
   }
   for (int64_t row = 0; row < height; ++row) swap(src + row * srcStep * 4, dst + row * dstStep * 4, width);

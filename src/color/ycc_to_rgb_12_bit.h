@@ -27,8 +27,7 @@ template <class F>
 struct WidePixel {
   F r, g, b;
 
-  WidePixel(F y, F cb, F cr) {
-    const F luma = y * all<F>(16) - all<F>(2146959360);
+  WidePixel(F luma, F cb, F cr) {
     r = cr * all<F>(1.402f) + luma;
     g = luma - cb * all<F>(0.34414f) - cr * all<F>(0.71414f);
     b = cb * all<F>(1.772f) + luma;
@@ -40,24 +39,38 @@ inline int16_t twelve_bits(float v) {
   return int16_t((saturated >> 20) + 2048);
 }
 inline i16x8 twelve_bits(f32x4 low, f32x4 high) {
-  // Conversion makes the lowest integer of anything out of range, so only what is too high has to be kept from it.
+  // Saturated on both sides: conversion makes the lowest integer of what is too low, but raises an exception, too.
   auto upper_bits = [](f32x4 v) {
-    return i32x4{_mm_cvttps_epi32(_mm_min_ps(v.v, _mm_set1_ps(0x1.fffffep30f)))} >> 20;
+    const __m128 limited = _mm_max_ps(_mm_min_ps(v.v, _mm_set1_ps(0x1.fffffep30f)), _mm_set1_ps(-0x1p31f));
+    return i32x4{_mm_cvttps_epi32(limited)} >> 20;
   };
   return pack(upper_bits(low), upper_bits(high)) + all_i16(2048);
 }
 
-// Samples at 2^16, and chroma differences at 2^20, which the lowest twelve bits decide.
-inline float wide_luma(int y) { return float(y * 65536); }
+// Luma at 2^20 less 2^31 - 2^19, and chroma differences at 2^20, which the lowest twelve bits decide.
+inline float wide_luma(int y) { return float(y * 65536) * 16 - 2146959360; }
 inline float wide_chroma(int c) { return float(int32_t(uint32_t(c - 2048) << 20)); }
 
 /// Eight pixels, one in a pair of three-byte pixels.
 [[gnu::always_inline]] inline Quads<3> pixels_of_12_bits(u16x8 y, u16x8 cb, u16x8 cr) {
-  cb = (cb - all_u16(2048)) << 4;
-  cr = (cr - all_u16(2048)) << 4;
-  auto low = [](u16x8 x) { return f32x4{_mm_cvtepi32_ps(interleave_low(all_u16(0), x).v)}; };
-  auto high = [](u16x8 x) { return f32x4{_mm_cvtepi32_ps(interleave_high(all_u16(0), x).v)}; };
-  const WidePixel<f32x4> p(low(y), low(cb), low(cr)), q(high(y), high(cb), high(cr));
+  // A word behind the upper half of a power of two adds itself to that, in units of the last place. Luma comes twice: its
+  // constant is an odd number of units. Where doubling saturates, every channel does.
+  constexpr float luma_unit = 0x1p19f, chroma_unit = 0x1p20f;
+  constexpr float no_luma = (0x1p23f + 32768) * luma_unit + 2146959360, no_chroma = (0x1p23f + 2048) * chroma_unit;
+  static_assert(double(no_luma) == (0x1p23 + 32768) * luma_unit + 2146959360);
+  constexpr int above_luma = 0x5480, above_chroma = 0x5500;
+  y = u16x8{_mm_adds_epi16(y.v, y.v)} ^ all_u16(0x8000);
+  cb = cb & all_u16(4095);
+  cr = cr & all_u16(4095);
+  auto low = [](u16x8 x, int above, float none) {
+    return f32x4{_mm_castsi128_ps(_mm_unpacklo_epi16(x.v, all_u16(above).v))} - all<f32x4>(none);
+  };
+  auto high = [](u16x8 x, int above, float none) {
+    return f32x4{_mm_castsi128_ps(_mm_unpackhi_epi16(x.v, all_u16(above).v))} - all<f32x4>(none);
+  };
+  const WidePixel<f32x4> p(low(y, above_luma, no_luma), low(cb, above_chroma, no_chroma),
+                           low(cr, above_chroma, no_chroma)),
+      q(high(y, above_luma, no_luma), high(cb, above_chroma, no_chroma), high(cr, above_chroma, no_chroma));
   return pairs_of_words(as_unsigned(twelve_bits(p.r, q.r)), as_unsigned(twelve_bits(p.g, q.g)),
                         as_unsigned(twelve_bits(p.b, q.b)));
 }

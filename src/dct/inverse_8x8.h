@@ -91,15 +91,18 @@ struct Residuals {
   }
 };
 
-/// Pixels. Scaled by 2^24 a value outside of 0..255 leaves 32 bits, and saturating the conversion saturates the pixel:
-/// from above by the minimum, from below because the conversion itself then gives -2^31. The pixel is the top byte.
+/// Pixels. Scaled by 2^24 a value outside of 0..255 leaves 32 bits, and saturating what is converted saturates the pixel,
+/// which is the top byte. Conversion would make -2^31 of all that is too low, but raise an exception.
 struct Pixels {
   static constexpr int dc_bias = -1020;
   static constexpr const Cosines& row_cosines = pixel_cosines;
   uint8_t* dst;
   int64_t step;
 
-  static i32x4 truncated(f64x2 z) { return {_mm_cvttpd_epi32(_mm_min_pd(z.v, _mm_set1_pd(2147483647.0)))}; }
+  static i32x4 truncated(f64x2 z) {
+    const __m128d not_above = _mm_min_pd(z.v, _mm_set1_pd(2147483647.0));
+    return {_mm_cvttpd_epi32(_mm_max_pd(not_above, _mm_set1_pd(-2147483648.0)))};
+  }
   void put_two_rows(int y, const i32x4 (&column)[8]) const {
     i16x8 upper, lower;
     gather_rows<true>(column, upper, lower);

@@ -17,9 +17,13 @@
 namespace pqx::dct {
 
 inline constexpr int error_per_ac = 790, error_per_dc = 280;
-/// In units of 2^-16. Close to it one block in ten is computed twice. Below it samples lie within -2048..2047, where
-/// typed ones are rounded downward.
+/// In units of 2^-16. Close to it one residual block in ten and one pixel block in five is computed twice. Residuals below
+/// it lie within -2048..2047, where typed ones are rounded downward. Pixels saturate; blocks of 64 pixels never come close:
+/// the sum over their AC is at most 8192.
+template <class Output>
 inline constexpr int error_limit = 52;
+template <>
+inline constexpr int error_limit<Pixels> = 104;
 
 inline i16x8 without_dc(i16x8 first_row) { return first_row & i16x8{_mm_setr_epi16(0, -1, -1, -1, -1, -1, -1, -1)}; }
 
@@ -92,7 +96,7 @@ inline void put(const Pixels& output, const Block& samples) {
 template <int rows, int columns, class Output>
 pqx_Status inverse_of_corner(const int16_t* src, Output output) {
   Splitter split{error_bound<rows, columns>(src)};
-  if (split.error >= error_limit) return inverse_typed<rows, columns>(src, output);
+  if (split.error >= error_limit<Output>) return inverse_typed<rows, columns>(src, output);
   const Block samples = inverse_fast<rows, columns>(src, split);
   if (split.too_close()) [[unlikely]]
     return inverse_typed<rows, columns>(src, output);

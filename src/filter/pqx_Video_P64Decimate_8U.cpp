@@ -39,6 +39,7 @@ void halve_rows(const uint8_t* upper, const uint8_t* lower, uint8_t* dst, int64_
 
 pqx_Status pqx_Video_P64Decimate_8U(const uint8_t* pSrc, int srcStep, uint8_t* pDst, int dstStep, int width,
                                     int height) {
+  if (width <= 0) return PQX_OK;
   for (; height > 0; --height, pSrc += 2 * int64_t(srcStep), pDst += dstStep)
     pqx::halve_rows(pSrc, pSrc + srcStep, pDst, width);
   return PQX_OK;

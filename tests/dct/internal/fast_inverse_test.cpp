@@ -100,9 +100,10 @@ TEST(FastInverse, StraysLessThanTheBound) {
     EXPECT_LT(std::ldexp(ac, 32), error_per_ac);
     EXPECT_LT(std::ldexp(dc, 32), error_per_dc);
     EXPECT_LT(std::ldexp(rest, 16), 1);
-    // Lower samples are rounded upward: the bias does not make them positive.
-    const double largest_error = (error_limit - 2) << 16;
-    EXPECT_LT(std::max(ac_gain / error_per_ac, dc_gain / error_per_dc) * largest_error + 1, 2048);
+    // Lower samples are rounded upward: the bias does not make them positive. Before they saturate, pixels are words.
+    const bool pixels = bias == Pixels::dc_bias;
+    const double largest_error = ((pixels ? error_limit<Pixels> : error_limit<Residuals>)-2) << 16;
+    EXPECT_LT(std::max(ac_gain / error_per_ac, dc_gain / error_per_dc) * largest_error + 1, pixels ? 32768 : 2048);
   }
 }
 
@@ -123,14 +124,14 @@ TEST(FastInverse, AddsUpTheBound) {
     const int bounds[] = {error_bound<8, 8>(X.data()), error_bound<4, 8>(X.data()), error_bound<4, 4>(X.data())};
     for (int k = 0; k < 3; ++k) {
       const int64_t expected = (sum[k] >> 16) + 2;
-      ASSERT_EQ(std::min(bounds[k], error_limit), std::min<int64_t>(expected, error_limit)) << k;
+      ASSERT_EQ(std::min(bounds[k], error_limit<Pixels>), std::min<int64_t>(expected, error_limit<Pixels>)) << k;
     }
   }
 }
 
 // Results around every whole number that single precision holds with all its 16 bits behind the point.
 TEST(FastInverse, SeesEveryFractionTooClose) {
-  for (int error : {2, 3, 20, error_limit - 1})
+  for (int error : {2, 3, 20, error_limit<Pixels> - 1})
     for (int sample = -255; sample < 255; ++sample)
       for (int units : {-error - 1, -error, -error + 1, -1, 0, 1, error - 1, error, error + 1}) {
         const int place = sample & 31;
@@ -156,7 +157,7 @@ Values any_coefficients(std::mt19937& random) {
     if (few)
       for (int i = 0; i < 4; ++i) X[random() % 64] = int16_t(int(random() % 2000) - 1000);
     X[0] = int16_t(random() % 4096 - 1024);
-    if (error_bound<8, 8>(X.data()) < error_limit) return X;
+    if (error_bound<8, 8>(X.data()) < error_limit<Pixels>) return X;
   }
 }
 
