@@ -229,6 +229,7 @@ template <class From, class To>
 [[gnu::noinline]] pqx_Status interpolate_any(const uint8_t* src, uint8_t* dst, int64_t below, int64_t step, int width,
                                              int rows) {
   const int columns = width & ~3;
+  if (columns <= 0) return PQX_OK;
   const int64_t ahead = intptr_t(dst) - intptr_t(src);
   const int64_t span = rows * magnitude(step) + magnitude(below) + columns;
   const bool far = uint64_t(ahead + span) > 2 * uint64_t(span);
