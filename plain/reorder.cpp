@@ -9,9 +9,8 @@ namespace {
 template <int r, int g, int b>
 pqx_Status drop_alpha(const uint8_t* src, uint8_t* dst, int len) {
   for (int i = 0; i < len; ++i, src += 4, dst += 3) {
-    dst[0] = src[r];
-    dst[1] = src[g];
-    dst[2] = src[b];
+    const uint8_t pixel[] = {src[r], src[g], src[b]};
+    memcpy(dst, pixel, sizeof pixel);
   }
   return PQX_OK;
 }

@@ -26,19 +26,36 @@ inline u8x16 without_alpha(u8x16 pixels) {
   return (moved_down(pixels, 1) & in_each_half(first)) | (moved_down(pixels, 2) & in_each_half(second));
 }
 
+/// In place, where pixels that shrink are written only onto what has been read: no run may overlap the one before.
+template <int from, int to>
+[[gnu::noinline]] pqx_Status reorder_in_place(const uint8_t* src, uint8_t* dst, int64_t len, auto sixteen, auto one) {
+  static_assert(from > to);
+  int64_t i = 0;
+  for (; i + 16 <= len; i += 16) sixteen(src + from * i, dst + to * i, i + 16 == len);
+  for (; i < len; ++i) one(src + from * i, dst + to * i);
+  return PQX_OK;
+}
+
 /// A row of pixels that change from `from` bytes to `to`: sixteen(p, d, last) does a run, `last` at the end of the row,
 /// and one(p, d) a pixel of a shorter row.
 template <int from, int to>
 [[gnu::always_inline]] inline pqx_Status reorder_pixels(const uint8_t* src, uint8_t* dst, int len, auto sixteen,
                                                         auto one) {
-  if (len >= 16)
-    cover_runs<16>(
-        len, [=](int64_t i) { sixteen(src + from * i, dst + to * i, i + 16 == len); },
-        [=](int64_t i) __attribute__((always_inline)) { prefetch_ahead(src + from * i, dst + to * i); });
-  else
+  if (len < 16) {
     for (int64_t i = 0; i < len; ++i) one(src + from * i, dst + to * i);
+    return PQX_OK;
+  }
+  if constexpr (from > to)
+    if (src == dst) [[unlikely]]
+      return reorder_in_place<from, to>(src, dst, len, sixteen, one);
+  cover_runs<16>(
+      len, [=](int64_t i) { sixteen(src + from * i, dst + to * i, i + 16 == len); },
+      [=](int64_t i) __attribute__((always_inline)) { prefetch_ahead(src + from * i, dst + to * i); });
   return PQX_OK;
 }
+
+/// All three are read first, for they may come from there.
+inline void put_pixel(uint8_t* d, uint8_t r, uint8_t g, uint8_t b) { d[0] = r, d[1] = g, d[2] = b; }
 
 /// A, R, G, B to R, G, B.
 inline pqx_Status drop_alpha(const uint8_t* src, uint8_t* dst, int len) {
@@ -50,7 +67,7 @@ inline pqx_Status drop_alpha(const uint8_t* src, uint8_t* dst, int len) {
                          without_alpha(load<u8x16>(p + 32)), without_alpha(load<u8x16>(p + 48))},
                         last);
       },
-      [](const uint8_t* p, uint8_t* d) { d[0] = p[1], d[1] = p[2], d[2] = p[3]; });
+      [](const uint8_t* p, uint8_t* d) { put_pixel(d, p[1], p[2], p[3]); });
 }
 
 /// A, B, G, R to R, G, B.
@@ -65,7 +82,7 @@ inline pqx_Status drop_alpha_reversed(const uint8_t* src, uint8_t* dst, int len)
         store_pixels<3>(d, pairs_of_words(gr0 << 8 | gr0 >> 8, ab0 >> 8 | (gr1 & odd), (gr1 & even) | (ab1 & odd)),
                         last);
       },
-      [](const uint8_t* p, uint8_t* d) { d[0] = p[3], d[1] = p[2], d[2] = p[1]; });
+      [](const uint8_t* p, uint8_t* d) { put_pixel(d, p[3], p[2], p[1]); });
 }
 
 /// R, G, B to A, R, G, B, alpha 0.

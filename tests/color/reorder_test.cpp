@@ -12,8 +12,8 @@ Argument pixels(int bytes, int len) { return test::row<uint8_t>(test::whole, len
 TEST_OPERATIONS(Reorder, MovesBytesWithinPixels) {
   const Argument len = test::length();
   test::check({
-      OPERATION(ColorABGR2RGB_8U, {pixels(4, 2), pixels(3, 2), len}),
-      OPERATION(ColorARGB2RGB_8U, {pixels(4, 2), pixels(3, 2), len}),
+      OPERATION(ColorABGR2RGB_8U, {pixels(4, 2), pixels(3, 2), len}, {{1, 0, test::in_place}}),
+      OPERATION(ColorARGB2RGB_8U, {pixels(4, 2), pixels(3, 2), len}, {{1, 0, test::in_place}}),
       OPERATION(ColorRGB2ABGR_8U, {pixels(3, 2), pixels(4, 2), len}),
       OPERATION(ColorRGB2ARGB_8U, {pixels(3, 2), pixels(4, 2), len}),
       OPERATION(ColorARGB2ABGR_8U_I, {pixels(4, 1), len}),
