@@ -69,7 +69,7 @@ struct Operation {
   Call run, model;
   std::vector<Argument> arguments;
   std::vector<Overlap> overlaps = {};
-  bool may_raise = false;  // it is given numbers that no caller has, and may raise exceptions of floating point for them
+  bool may_raise = false;  // exceptions of floating point, for it is given numbers that no caller has
 };
 
 /// How its call with these sizes looks.
