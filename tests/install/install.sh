@@ -47,7 +47,12 @@ expect shared ./bare "$lib"
 (cd / && "$loader" "$lib/libpqx_video.so" own)
 
 for way in FETCH SUBDIRECTORY; do
-  cmake -S "$here/consumer" -B "$work/$way" "-D$way=$source" -DCMAKE_C_COMPILER="$cc" >"$work/log"
+  cmake -S "$here/consumer" -B "$work/$way" "-D$way=$source" -DCMAKE_C_COMPILER="$cc" -DCMAKE_BUILD_TYPE= \
+    -DCMAKE_EXPORT_COMPILE_COMMANDS=ON >"$work/log"
+  # Without a build type nothing but the project itself asks for optimization.
+  units=$(grep '"command".*\.cpp' "$work/$way/compile_commands.json") || fail "$way compiles nothing"
+  plain=$(grep -v -- ' -O2 ' <<<"$units" || true)
+  [ -z "$plain" ] || fail "$way does not optimize: $plain"
 done
 # The first way ends in the second: one of them built is enough.
 cmake --build "$work/FETCH" -j2 >"$work/log" 2>&1 || fail "$(cat "$work/log")"

@@ -20,9 +20,10 @@ for compiler in gcc,g++ clang,clang++; do
       rm -rf "$build"
       flags="$level $link_time"
       cmake -S "$source" -B "$build" -G Ninja -DCMAKE_C_COMPILER=${compiler%,*} -DCMAKE_CXX_COMPILER=${compiler#*,} \
-        -DCMAKE_BUILD_TYPE=Custom -DCMAKE_C_FLAGS="$flags" -DCMAKE_CXX_FLAGS="$flags" >"$work/log" &&
+        -DCMAKE_BUILD_TYPE=Custom -DPQX_OPTIMIZE="$level" -DCMAKE_C_FLAGS="$flags" -DCMAKE_CXX_FLAGS="$flags" >"$work/log" &&
         cmake --build "$build" --target pqx_video >"$work/log" || { cat "$work/log"; exit 1; }
       compare "$compiler $flags" "$build"
+      objcopy -O binary --only-section=.text "$build/libpqx_video.so" "$work/code$level"
 
       # The same objects the other way round.
       [ "$level" = -O2 ] || continue
@@ -35,6 +36,7 @@ for compiler in gcc,g++ clang,clang++; do
       compare "$compiler $flags, turned round" "$build/turned"
     done
   done
+  cmp -s "$work/code-O0" "$work/code-O3" && { echo "$compiler: -O0 and -O3 make the same code"; failed=1; }
 done
 echo "$builds builds"
 exit $failed
