@@ -57,7 +57,7 @@ TEST(RgbToYcc, MatchesTheFormulaForEveryColour) {
   }
 }
 
-// Known from elsewhere, so that the plain loops are not only compared with what was written after them.
+// Fixed values, so that the plain loops are not only compared with what was written after them.
 TEST(RgbToYcc, KnownColours) {
   const struct {
     uint8_t r, g, b, y, cb, cr;

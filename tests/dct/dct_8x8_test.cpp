@@ -97,6 +97,7 @@ TEST(Dct8x8, InvertsEveryLoneDc) {
     ASSERT_EQ(full, block_of(pqx_Video_DCT8x8Inv_1Q_16S, in)) << value;
     ASSERT_EQ(pixels, pixels_of(plain::DCT8x8Inv_16S_8U, in)) << value;
     ASSERT_EQ(pixels, pixels_of(pqx_Video_DCT8x8Inv_1Q_16S_8U, in)) << value;
+    ASSERT_EQ(dc_pixels[0] - pixels[0], value >= 1028 && value <= 2036 && value % 8 == 4) << value;
     for (const auto& c : cases)
       if (c.dc == value) {
         EXPECT_EQ(full[63], c.full) << value;
