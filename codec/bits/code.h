@@ -40,7 +40,7 @@ class CodeTable {
   constexpr explicit CodeTable(const std::array<Coded<Value>, n>& codes) {
     for (const Coded<Value>& c : codes) {
       const int free = longest - c.code.length;
-      for (uint32_t i = 0; i < 1u << free; ++i) entries_[c.code.bits << free | i] = {c.value, c.code.length};
+      for (uint32_t i = 0; i < 1u << free; ++i) entries_[c.code.bits << free | i] = {c.value, uint8_t(c.code.length)};
     }
   }
 
@@ -55,7 +55,7 @@ class CodeTable {
  private:
   struct Entry {
     Value value{};
-    int length = 0;
+    uint8_t length = 0;
   };
   std::array<Entry, size_t{1} << longest> entries_{};
 };

@@ -7,11 +7,13 @@
 #include <iomanip>
 #include <iostream>
 #include <memory>
+#include <span>
 #include <utility>
 
 #include "files.h"
 #include "h261/decoder.h"
 #include "h261/encoder.h"
+#include "h263/decoder.h"
 #include "naming.h"
 #include "pan.h"
 #include "picture/y4m.h"
@@ -90,6 +92,43 @@ void encode(const std::string& in, const std::string& out, const h261::EncoderOp
   progress.finish(total, out);
 }
 
+/// An H.263 stream, whose bytes go to the decoder as it needs them.
+class H263Clip {
+ public:
+  static constexpr const char* kind = "H.263";
+
+  H263Clip(std::span<const uint8_t> bytes, h263::Decoder::Report report)
+      : rest_(bytes), decoder_(std::move(report)) {}
+
+  bool next() {
+    constexpr size_t most = 65536;
+    while (!decoder_.next()) {
+      if (finished_) return false;
+      const auto part = rest_.first(std::min(most, rest_.size()));
+      rest_ = rest_.subspan(part.size());
+      decoder_.push(part);
+      if (rest_.empty()) decoder_.finish();
+      finished_ = rest_.empty();
+    }
+    return true;
+  }
+  const YuvPicture& picture() const { return decoder_.picture(); }
+  FrameRate rate() const { return decoder_.rate(); }
+
+ private:
+  std::span<const uint8_t> rest_;
+  h263::Decoder decoder_;
+  bool finished_ = false;
+};
+
+struct H261Clip : h261::Decoder {
+  static constexpr const char* kind = "H.261";
+
+  using h261::Decoder::Decoder;
+  FrameRate rate() const { return {}; }
+};
+
+template <class Clip>
 void decode(const std::string& in, const std::string& out, bool conceal) {
   const OwnedBytes bytes = read_file(in);
   Progress progress("decoding");
@@ -97,19 +136,19 @@ void decode(const std::string& in, const std::string& out, bool conceal) {
     progress.clear();
     std::cerr << "pqxvideo: " << in << ": " << damage << '\n';
   };
-  auto decoder = naming(in, [&] { return conceal ? h261::Decoder(bytes, report) : h261::Decoder(bytes); });
+  auto clip = naming(in, [&] { return conceal ? Clip(bytes, report) : Clip(bytes, {}); });
   const auto next = [&] {
     bool more = false;
-    progress.measure([&] { more = naming(in, [&] { return decoder.next(); }); });
+    progress.measure([&] { more = naming(in, [&] { return clip.next(); }); });
     return more;
   };
   bool more = next();
-  if (!more) throw Failure(in + ": damaged H.261 stream: no picture in it");
+  if (!more) throw Failure(in + ": damaged " + Clip::kind + " stream: no picture in it");
   naming(out, [&] {
     OutputFile file(out);
-    Y4mWriter writer(file, decoder.picture().width(), decoder.picture().height(), FrameRate{}, studio_range);
+    Y4mWriter writer(file, clip.picture().width(), clip.picture().height(), clip.rate(), studio_range);
     for (; more; more = next()) {
-      writer.write(decoder.picture());
+      writer.write(clip.picture());
       progress.picture();
     }
     file.commit();
@@ -174,6 +213,12 @@ std::vector<Command> add_video_commands(CLI::App& app) {
   decoder->add_option("OUT", a->out, "Y4M file")->required();
   decoder->add_flag("--conceal", a->conceal, "Go on behind damaged groups of blocks, and report them");
 
+  CLI::App* const h263 = app.add_subcommand("h263", "Decodes H.263 streams.")->require_subcommand(1);
+  CLI::App* const h263_decoder = h263->add_subcommand("decode", "Decodes an H.263 stream.");
+  h263_decoder->add_option("IN", a->in, "H.263 stream")->required();
+  h263_decoder->add_option("OUT", a->out, "Y4M file")->required();
+  h263_decoder->add_flag("--conceal", a->conceal, "Go on behind damage, and report it");
+
   CLI::App* const pan = app.add_subcommand("pan", "Makes a clip by moving a window over a picture.");
   pan->add_option("PICTURE", a->in, "PNG, PNM or JPEG file")->required();
   pan->add_option("OUT", a->out, "Y4M file")->required();
@@ -199,7 +244,8 @@ std::vector<Command> add_video_commands(CLI::App& app) {
              a->options.loop_filter = !a->no_loop_filter;
              encode(a->in, a->out, a->options);
            }},
-          {decoder, [a] { decode(a->in, a->out, a->conceal); }},
+          {decoder, [a] { decode<H261Clip>(a->in, a->out, a->conceal); }},
+          {h263_decoder, [a] { decode<H263Clip>(a->in, a->out, a->conceal); }},
           {shown, [a] { show_frame(a->in, a->out, a->frame, a->zoom); }},
           {player, [a] { play(a->in, a->zoom, a->once); }},
           {pan, [a] {
