@@ -109,16 +109,6 @@ TEST(YccToRgb, RoundsEveryTwelveBitSum) {
   }
 }
 
-TEST(YccToRgb, InterpolatesEveryPairOfNeighbours) {
-  const std::vector<uint8_t> y(1024, 128);
-  std::vector<uint8_t> c(512);
-  for (int a = 0; a < 256; ++a) {
-    for (size_t j = 0; j < c.size(); ++j) c[j] = uint8_t(j % 2 ? j / 2 : size_t(a));
-    expect_same_pixels<uint8_t>(OPERATION(ColorYCC2RGB422_BL_8U, {}), {y, c, c}, 3);
-    if (HasFatalFailure()) return;
-  }
-}
-
 TEST(YccToRgb, KnownColours) {
   const struct {
     int y, cb, cr, r, g, b;

@@ -113,38 +113,6 @@ TEST_OPERATIONS(YuvToRgb, ZoomsAndWindowsMatchTheFormula) {
   });
 }
 
-// Every rectangle of a small picture holds the pixels of the whole picture, enlarged in place, and nothing else is
-// written.
-TEST(YuvToRgb, WindowsHoldThePixelsOfTheWholePicture) {
-  constexpr int columns = 10, rows = 6;
-  std::vector<uint8_t> y(columns * rows), u(columns * rows / 4), v(columns * rows / 4);
-  test::Random random{1};
-  for (auto* samples : {&y, &u, &v}) std::generate(samples->begin(), samples->end(), random);
-  std::vector<uint32_t> picture(columns * rows);
-  auto bytes = [](std::vector<uint32_t>& pixels) { return reinterpret_cast<uint8_t*>(pixels.data()); };
-  pqx_Video_ColorYUV2ABGR420_8U(y.data(), columns, u.data(), v.data(), columns / 2, bytes(picture), 4 * columns,
-                                columns, rows);
-  const struct {
-    int zoom;
-    decltype(&pqx_Video_ColorYUV2ABGR420_W_8U) run;
-  } forms[] = {{1, pqx_Video_ColorYUV2ABGR420_W_8U},
-               {2, pqx_Video_ColorYUV2ABGR420_WX2_8U},
-               {3, pqx_Video_ColorYUV2ABGR420_WX3_8U}};
-  for (const auto& [zoom, run] : forms)
-    for (int x0 = 0; x0 < columns; ++x0)
-      for (int x1 = 0; x1 <= columns; ++x1)
-        for (int y0 = 0; y0 < rows; ++y0)
-          for (int y1 = 0; y1 <= rows; ++y1) {
-            std::vector<uint32_t> out(size_t(picture.size()) * zoom * zoom, 7), expected = out;
-            run(y.data(), columns, u.data(), v.data(), columns / 2, bytes(out), 4 * zoom * columns, columns, rows, x0,
-                y0, x1, y1);
-            for (int row = zoom * y0; row < zoom * y1; ++row)
-              for (int x = zoom * x0; x < zoom * x1; ++x)
-                expected[size_t(row * zoom * columns + x)] = picture[size_t(row / zoom * columns + x / zoom)];
-            ASSERT_EQ(out, expected) << zoom << ": " << x0 << ".." << x1 << " x " << y0 << ".." << y1;
-          }
-}
-
 // Black and white lie at 16 and 235; the two families of coefficients round some colours differently; alpha is 0.
 TEST(YuvToRgb, KnownColours) {
   const struct {

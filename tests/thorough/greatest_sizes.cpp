@@ -45,7 +45,7 @@ class Repeated {
   void* map_;
 };
 
-/// Those with the least work, if it is much, where one is great. Rows have no padding, long ones no distance at all.
+/// Those with the least work, if it is much, where one is great and none is 1, so that products are greater still. Rows have no padding, long ones no distance at all.
 std::vector<int> find_sizes(const Operation& op, size_t great, int value) {
   std::vector<int> best;
   int64_t least = INT64_MAX;
@@ -55,6 +55,7 @@ std::vector<int> find_sizes(const Operation& op, size_t great, int value) {
                                 op, [&](uint32_t below) { return random() % below; }, false)
                                 .ints;
     ints[great] = value;
+    if (std::count(ints.begin(), ints.end(), 1)) continue;
     for (size_t k = 0; k < ints.size(); ++k)
       if (op.arguments[k].row_bytes) {
         const int64_t row = op.arguments[k].row_bytes(ints);
