@@ -85,5 +85,8 @@ struct Sides {
 };
 #define OPERATION(NAME) \
   bench::Sides<decltype(plain::NAME)> { #NAME, pqx_Video_##NAME, plain::NAME }
+/// The same beside the plain C of baseline.h.
+#define TUNED(NAME) \
+  bench::Sides<decltype(baseline::NAME)> { #NAME, pqx_Video_##NAME, baseline::NAME }
 
 }  // namespace bench

@@ -1,3 +1,4 @@
+#include "baseline.h"
 #include "peers/peers.h"
 #include "rows.h"
 
@@ -65,12 +66,12 @@ const std::vector<RowBench> table = {
     {OPERATION(ColorBGRA2YCC422_BL_8U), to_422(four_bytes), in_rows, to_ycc(bgra, libyuv::ARGBToJ422, means_of_rgb)},
     {OPERATION(ColorARGB2YCC422_BL_8U), to_422(four_bytes), in_rows, to_ycc(argb)},
     {OPERATION(ColorABGR2YCC422_BL_8U), to_422(four_bytes), in_rows, to_ycc(abgr)},
-    {OPERATION(ColorRGB2YCC420_BL_8U), to_420(three_bytes), in_rows_and_pictures,
+    {TUNED(ColorRGB2YCC420_BL_8U), to_420(three_bytes), in_rows_and_pictures,
      to_ycc(rgb, libyuv::RAWToJ420, means_of_rgb)},
-    {OPERATION(ColorBGRA2YCC420_BL_8U), to_420(four_bytes), in_rows_and_pictures,
+    {TUNED(ColorBGRA2YCC420_BL_8U), to_420(four_bytes), in_rows_and_pictures,
      to_ycc(bgra, libyuv::ARGBToJ420, means_of_rgb)},
-    {OPERATION(ColorARGB2YCC420_BL_8U), to_420(four_bytes), in_rows, to_ycc(argb)},
-    {OPERATION(ColorABGR2YCC420_BL_8U), to_420(four_bytes), in_rows, to_ycc(abgr)},
+    {TUNED(ColorARGB2YCC420_BL_8U), to_420(four_bytes), in_rows, to_ycc(argb)},
+    {TUNED(ColorABGR2YCC420_BL_8U), to_420(four_bytes), in_rows, to_ycc(abgr)},
     {OPERATION(ColorCMYK2YCCK444_8U), cmyk_to_ycck, in_rows, to_ycc(cmyk)},
     {OPERATION(ColorRGB2YCC444_16S), to_444_words, in_rows, {}},
 
@@ -91,9 +92,9 @@ const std::vector<RowBench> table = {
      from_fewer_ycc(rgb, libyuv::I420ToRGB24Matrix)},
     {OPERATION(ColorYCC2BGRA420_NN_8U), from_420_nn(four_bytes), in_rows_and_pictures,
      from_fewer_ycc(bgra, libyuv::I420ToARGBMatrix)},
-    {OPERATION(ColorYCC2RGB420_BL_8U), from_420_bl(three_bytes), in_rows_and_pictures,
+    {TUNED(ColorYCC2RGB420_BL_8U), from_420_bl(three_bytes), in_rows_and_pictures,
      from_smooth_ycc(rgb, libyuv::I420ToRGB24MatrixFilter)},
-    {OPERATION(ColorYCC2BGRA420_BL_8U), from_420_bl(four_bytes), in_rows_and_pictures,
+    {TUNED(ColorYCC2BGRA420_BL_8U), from_420_bl(four_bytes), in_rows_and_pictures,
      from_smooth_ycc(bgra, libyuv::I420ToARGBMatrixFilter)},
     {OPERATION(ColorYCCK2CMYK444_8U), ycck_to_cmyk, in_rows, from_ycc(cmyk)},
     {OPERATION(ColorYCC2RGB444_16S), from_444_words, in_rows, {}},

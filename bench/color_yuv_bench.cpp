@@ -1,3 +1,4 @@
+#include "baseline.h"
 #include "peers/peers.h"
 #include "rows.h"
 
@@ -57,9 +58,9 @@ const std::vector<RowBench> table = {
      yuv_of_other_order(abgr, libyuv::I444ToARGB)},
     {OPERATION(ColorYUV2ABGR420_X2_8U), from_420(zoomed(2)), in_rows_and_pictures, yuv(abgr)},
     {OPERATION(ColorYUV2ABGR420_X3_8U), from_420(zoomed(3)), in_rows, yuv(abgr)},
-    {OPERATION(ColorYUV2ABGR420_W_8U), window_420(four_bytes), in_rows, yuv(abgr, libyuv::I420ToRGBA)},
-    {OPERATION(ColorYUV2ABGR420_WX2_8U), window_420(zoomed(2)), in_rows, {}},
-    {OPERATION(ColorYUV2ABGR420_WX3_8U), window_420(zoomed(3)), in_rows, {}},
+    {TUNED(ColorYUV2ABGR420_W_8U), window_420(four_bytes), in_rows, yuv(abgr, libyuv::I420ToRGBA)},
+    {TUNED(ColorYUV2ABGR420_WX2_8U), window_420(zoomed(2)), in_rows, {}},
+    {TUNED(ColorYUV2ABGR420_WX3_8U), window_420(zoomed(3)), in_rows, {}},
 };
 
 const bool added = add_rows("color", "pixel", table);

@@ -9,10 +9,6 @@ using namespace bench;
 using namespace peers;
 using enum HalfSample;
 
-/// Against loops that are tuned to blocks.
-#define TUNED(NAME) \
-  Sides<decltype(baseline::NAME)> { #NAME, pqx_Video_##NAME, baseline::NAME }
-
 constexpr auto copy = [](auto f, const Patch& p) { f(p.a, p.out, p.step, p.width, p.height); };
 constexpr auto copy_words = [](auto f, const Patch& p) { f(p.a, p.step, p.words, p.width, p.height); };
 constexpr auto interpolate = [](auto f, const Patch& p) { f(p.a, p.out, p.step, p.step, p.width, p.height); };

@@ -11,7 +11,7 @@ struct [[gnu::packed, gnu::may_alias]] AnyAddress {
   AnyAddress() = default;
   AnyAddress(const AnyAddress&) = default;
   AnyAddress& operator=(const AnyAddress& other) {
-    value = other.value;  // a copy of the whole is more than the compiler makes vector code of
+    value = other.value;  // the compiler vectorizes this but no copy of the whole
     return *this;
   }
   explicit AnyAddress(auto x) : value(T(x)) {}

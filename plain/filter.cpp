@@ -6,7 +6,7 @@ namespace {
 
 /// The samples of a block with its inner columns, then its inner rows, filtered by 1, 2, 1.
 template <class T>
-[[gnu::noinline]] pqx_Status loop_filter(const uint8_t* src, int64_t step, T* dst, int64_t dst_step) {
+pqx_Status loop_filter(const uint8_t* src, int64_t step, T* dst, int64_t dst_step) {
   int16_t h[8][8];  // four times the row-filtered samples
   for (int r = 0; r < 8; ++r, src += step) {
     h[r][0] = int16_t(4 * src[0]);

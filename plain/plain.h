@@ -1,4 +1,5 @@
-/// Every operation as the plain loop that its contract in pqx_video.h describes, one sample or pixel at a time.
+/// Every operation as the plain loop that its contract in pqx_video.h describes, one sample or pixel at a time. The
+/// conversions take the public tables, as their contracts do.
 #pragma once
 
 #include "pqx_video.h"
@@ -49,12 +50,6 @@ decltype(pqx_Video_QuantizeInit_16S) QuantizeInit_16S;
 decltype(pqx_Video_Quantize_16S_I) Quantize_16S_I;
 decltype(pqx_Video_DeQuantizeInit_16S) DeQuantizeInit_16S;
 decltype(pqx_Video_DeQuantize_16S_I) DeQuantize_16S_I;
-
-/// The same for states whose results fit 32 bits, as with the Init operations: without a test, twice as fast.
-namespace fitting {
-decltype(pqx_Video_Quantize_16S_I) Quantize_16S_I;
-decltype(pqx_Video_DeQuantize_16S_I) DeQuantize_16S_I;
-}  // namespace fitting
 
 decltype(pqx_Video_DownSample420_BL_8U) DownSample420_BL_8U;
 decltype(pqx_Video_DownSample420_BL_16S) DownSample420_BL_16S;

@@ -1,31 +1,31 @@
 #include "any_address.h"
+#include "pixels.h"
 #include "plain.h"
-#include "tables.h"
 
 namespace plain {
 namespace {
 
-// Pixels of that many bytes with their channels at those offsets; inks are 255 minus the channels.
-template <int bytes, int r, int g, int b, int inks = 0>
+/// Pixels as words: the fields Y, Cb and Cr from bit 0, 10 and 21 on.
+template <Layout L>
 struct Pixels {
   const uint8_t* p;
   uint32_t word(int64_t i) const {
-    const uint8_t* pixel = p + bytes * i;
-    return r2j[pixel[r] ^ inks] + g2j[pixel[g] ^ inks] + b2j[pixel[b] ^ inks];
+    const uint8_t* pixel = p + L.bytes * i;
+    return pqx_t_r2j[pixel[L.r]] + pqx_t_g2j[pixel[L.g]] + pqx_t_b2j[pixel[L.b]];
   }
 };
-using Rgb = Pixels<3, 0, 1, 2>;
-using Abgr = Pixels<4, 3, 2, 1>;
-using Argb = Pixels<4, 1, 2, 3>;
-using Bgra = Pixels<4, 2, 1, 0>;
-using Cmyk = Pixels<4, 0, 1, 2, 255>;
+/// Ink is what white lacks.
+struct Cmyk {
+  const uint8_t* p;
+  uint32_t word(int64_t i) const {
+    const uint8_t* pixel = p + 4 * i;
+    return pqx_t_r2j[255 - pixel[0]] + pqx_t_g2j[255 - pixel[1]] + pqx_t_b2j[255 - pixel[2]];
+  }
+};
 
 uint8_t y_of(uint32_t word) { return uint8_t(word); }
 uint8_t cb_of(uint32_t word) { return uint8_t(word >> 10); }
 uint8_t cr_of(uint32_t word) { return uint8_t(word >> 21); }
-
-// The nine bits of each chroma sum of two pixels.
-constexpr uint32_t chroma = 511 << 10 | 511u << 21;
 
 template <class Source>
 pqx_Status to_ycc444(Source src, uint8_t* y, uint8_t* cb, uint8_t* cr, int len) {
@@ -44,9 +44,9 @@ pqx_Status to_ycc422(Source src, uint8_t* y, uint8_t* cb, uint8_t* cr, int len) 
     const uint32_t v = src.word(2 * j), w = src.word(2 * j + 1);
     y[2 * j] = y_of(v);
     y[2 * j + 1] = y_of(w);
-    const uint32_t sum = v + w + (j % 2 ? 1 << 10 | 1 << 21 : 0);
-    cb[j] = uint8_t(sum >> 11);
-    cr[j] = uint8_t(sum >> 22);
+    const int r = j % 2;
+    cb[j] = uint8_t((cb_of(v) + cb_of(w) + r) >> 1);
+    cr[j] = uint8_t((cr_of(v) + cr_of(w) + r) >> 1);
   }
   return PQX_OK;
 }
@@ -59,9 +59,9 @@ pqx_Status to_ycc420(Source src0, Source src1, uint8_t* y0, uint8_t* y1, uint8_t
     y0[2 * j + 1] = y_of(t);
     y1[2 * j] = y_of(v);
     y1[2 * j + 1] = y_of(w);
-    const uint32_t sum = ((s + t) & chroma) + ((v + w) & chroma) + (j % 2 ? 2 << 10 | 2 << 21 : 0);
-    cb[j] = uint8_t(sum >> 12);
-    cr[j] = uint8_t(sum >> 23);
+    const int r = j % 2 ? 2 : 0;
+    cb[j] = uint8_t((cb_of(s) + cb_of(t) + cb_of(v) + cb_of(w) + r) >> 2);
+    cr[j] = uint8_t((cr_of(s) + cr_of(t) + cr_of(v) + cr_of(w) + r) >> 2);
   }
   return PQX_OK;
 }
@@ -69,44 +69,44 @@ pqx_Status to_ycc420(Source src0, Source src1, uint8_t* y0, uint8_t* y1, uint8_t
 }  // namespace
 
 pqx_Status ColorRGB2YCC444_8U(const uint8_t* pSrc, uint8_t* pY, uint8_t* pCb, uint8_t* pCr, int len) {
-  return to_ycc444(Rgb{pSrc}, pY, pCb, pCr, len);
+  return to_ycc444(Pixels<RGB>{pSrc}, pY, pCb, pCr, len);
 }
 pqx_Status ColorABGR2YCC444_8U(const uint8_t* pSrc, uint8_t* pY, uint8_t* pCb, uint8_t* pCr, int len) {
-  return to_ycc444(Abgr{pSrc}, pY, pCb, pCr, len);
+  return to_ycc444(Pixels<ABGR>{pSrc}, pY, pCb, pCr, len);
 }
 pqx_Status ColorARGB2YCC444_8U(const uint8_t* pSrc, uint8_t* pY, uint8_t* pCb, uint8_t* pCr, int len) {
-  return to_ycc444(Argb{pSrc}, pY, pCb, pCr, len);
+  return to_ycc444(Pixels<ARGB>{pSrc}, pY, pCb, pCr, len);
 }
 pqx_Status ColorBGRA2YCC444_8U(const uint8_t* pSrc, uint8_t* pY, uint8_t* pCb, uint8_t* pCr, int len) {
-  return to_ycc444(Bgra{pSrc}, pY, pCb, pCr, len);
+  return to_ycc444(Pixels<BGRA>{pSrc}, pY, pCb, pCr, len);
 }
 pqx_Status ColorRGB2YCC422_BL_8U(const uint8_t* pSrc, uint8_t* pY, uint8_t* pCb, uint8_t* pCr, int len) {
-  return to_ycc422(Rgb{pSrc}, pY, pCb, pCr, len);
+  return to_ycc422(Pixels<RGB>{pSrc}, pY, pCb, pCr, len);
 }
 pqx_Status ColorABGR2YCC422_BL_8U(const uint8_t* pSrc, uint8_t* pY, uint8_t* pCb, uint8_t* pCr, int len) {
-  return to_ycc422(Abgr{pSrc}, pY, pCb, pCr, len);
+  return to_ycc422(Pixels<ABGR>{pSrc}, pY, pCb, pCr, len);
 }
 pqx_Status ColorARGB2YCC422_BL_8U(const uint8_t* pSrc, uint8_t* pY, uint8_t* pCb, uint8_t* pCr, int len) {
-  return to_ycc422(Argb{pSrc}, pY, pCb, pCr, len);
+  return to_ycc422(Pixels<ARGB>{pSrc}, pY, pCb, pCr, len);
 }
 pqx_Status ColorBGRA2YCC422_BL_8U(const uint8_t* pSrc, uint8_t* pY, uint8_t* pCb, uint8_t* pCr, int len) {
-  return to_ycc422(Bgra{pSrc}, pY, pCb, pCr, len);
+  return to_ycc422(Pixels<BGRA>{pSrc}, pY, pCb, pCr, len);
 }
 pqx_Status ColorRGB2YCC420_BL_8U(const uint8_t* pSrc0, const uint8_t* pSrc1, uint8_t* pY0, uint8_t* pY1, uint8_t* pCb,
                                  uint8_t* pCr, int len) {
-  return to_ycc420(Rgb{pSrc0}, Rgb{pSrc1}, pY0, pY1, pCb, pCr, len);
+  return to_ycc420(Pixels<RGB>{pSrc0}, Pixels<RGB>{pSrc1}, pY0, pY1, pCb, pCr, len);
 }
 pqx_Status ColorABGR2YCC420_BL_8U(const uint8_t* pSrc0, const uint8_t* pSrc1, uint8_t* pY0, uint8_t* pY1,
                                   uint8_t* pCb, uint8_t* pCr, int len) {
-  return to_ycc420(Abgr{pSrc0}, Abgr{pSrc1}, pY0, pY1, pCb, pCr, len);
+  return to_ycc420(Pixels<ABGR>{pSrc0}, Pixels<ABGR>{pSrc1}, pY0, pY1, pCb, pCr, len);
 }
 pqx_Status ColorARGB2YCC420_BL_8U(const uint8_t* pSrc0, const uint8_t* pSrc1, uint8_t* pY0, uint8_t* pY1,
                                   uint8_t* pCb, uint8_t* pCr, int len) {
-  return to_ycc420(Argb{pSrc0}, Argb{pSrc1}, pY0, pY1, pCb, pCr, len);
+  return to_ycc420(Pixels<ARGB>{pSrc0}, Pixels<ARGB>{pSrc1}, pY0, pY1, pCb, pCr, len);
 }
 pqx_Status ColorBGRA2YCC420_BL_8U(const uint8_t* pSrc0, const uint8_t* pSrc1, uint8_t* pY0, uint8_t* pY1,
                                   uint8_t* pCb, uint8_t* pCr, int len) {
-  return to_ycc420(Bgra{pSrc0}, Bgra{pSrc1}, pY0, pY1, pCb, pCr, len);
+  return to_ycc420(Pixels<BGRA>{pSrc0}, Pixels<BGRA>{pSrc1}, pY0, pY1, pCb, pCr, len);
 }
 
 pqx_Status ColorCMYK2YCCK444_8U(const uint8_t* pSrc, uint8_t* pY, uint8_t* pCb, uint8_t* pCr, uint8_t* pK, int len) {

@@ -1,8 +1,8 @@
 #include <algorithm>
 
 #include "any_address.h"
+#include "pixels.h"
 #include "plain.h"
-#include "tables.h"
 
 namespace plain {
 namespace {
@@ -11,26 +11,12 @@ struct Ycc {
   int y, cb, cr;
 };
 
-/// Where a pixel of so many bytes keeps its channels; a = -1: no alpha.
-struct Layout {
-  int bytes, r, g, b, a;
-};
-constexpr Layout RGB{3, 0, 1, 2, -1}, BGRA{4, 2, 1, 0, 3}, ARGB{4, 1, 2, 3, 0};
-
-/// clip() as a table, from the lowest half-unit sum on.
-constexpr int lowest = -576;
-constexpr auto clip_table = [] {
-  std::array<uint8_t, 1664> t{};
-  for (int i = 0; i < int(t.size()); ++i) t[size_t(i)] = clip(i + lowest);
-  return t;
-}();
-
 template <Layout L>
 void put(uint8_t* pixel, Ycc c) {
-  const uint8_t* clipped = clip_table.data() - lowest + 2 * c.y;
-  pixel[L.r] = clipped[tRCr[c.cr] - 359];
-  pixel[L.g] = clipped[tGCb[c.cb] - tGCr[c.cr]];
-  pixel[L.b] = clipped[tBCb[c.cb] - 454];
+  const uint8_t* clipped = clip_from(2 * c.y);
+  pixel[L.r] = clipped[pqx_tRCr[c.cr] - 359];
+  pixel[L.g] = clipped[pqx_tGCb[c.cb] - pqx_tGCr[c.cr]];
+  pixel[L.b] = clipped[pqx_tBCb[c.cb] - 454];
   if (L.a >= 0) pixel[L.a] = 255;
 }
 
@@ -71,33 +57,18 @@ pqx_Status convert_422_bilinear(const uint8_t* y, const uint8_t* cb, const uint8
   return PQX_OK;
 }
 
-/// Chroma of `pairs` pairs of pixels from pair `first` on; one sample more repeats the last.
-constexpr int block = 256;
-void interpolate(const uint8_t* near, const uint8_t* far, int columns, int first, int pairs, uint8_t* out) {
-  int16_t sums[block + 2];
-  auto sum = [=](int j) { return int16_t(3 * near[j] + far[j]); };
-  sums[0] = sum(std::max(first - 1, 0));
-  for (int j = 0; j < pairs; ++j) sums[j + 1] = sum(first + j);
-  sums[pairs + 1] = sum(std::min(first + pairs, columns - 1));
-  for (int j = 0; j < pairs; ++j) {
-    out[2 * j] = uint8_t((3 * sums[j + 1] + sums[j] + 8) >> 4);
-    out[2 * j + 1] = uint8_t((3 * sums[j + 1] + sums[j + 2] + 7) >> 4);
-  }
-  out[2 * pairs] = out[2 * pairs - 1];
-}
-
 /// One row of a pair, its chroma from the nearer and the farther chroma row.
 template <Layout L>
 void convert_420_bilinear(const uint8_t* y, const uint8_t* cb_near, const uint8_t* cb_far, const uint8_t* cr_near,
                           const uint8_t* cr_far, uint8_t* dst, int len) {
-  if (len < 1) return;
   const int columns = std::max(len / 2, 2);
-  for (int j = 0; j < columns; j += block) {
-    uint8_t cb[2 * block + 1], cr[2 * block + 1];
-    const int pairs = std::min(block, columns - j), pixels = j + pairs == columns ? len - 2 * j : 2 * pairs;
-    interpolate(cb_near, cb_far, columns, j, pairs, cb);
-    interpolate(cr_near, cr_far, columns, j, pairs, cr);
-    convert_444<L>(y + 2 * j, cb, cr, dst + 2 * L.bytes * int64_t(j), pixels);
+  for (int i = 0; i < len; ++i) {
+    const int x = std::min(i, 2 * columns - 1), j = x / 2;  // an odd last pixel has its neighbour's chroma
+    const int next = x % 2 ? std::min(j + 1, columns - 1) : std::max(j - 1, 0), half = x % 2 ? 7 : 8;
+    const auto chroma = [=](const uint8_t* near, const uint8_t* far) {
+      return (3 * (3 * near[j] + far[j]) + 3 * near[next] + far[next] + half) >> 4;
+    };
+    put<L>(dst + L.bytes * int64_t(i), {y[i], chroma(cb_near, cb_far), chroma(cr_near, cr_far)});
   }
 }
 
@@ -157,11 +128,11 @@ pqx_Status ColorYCCK2CMYK444_8U(const uint8_t* pY, const uint8_t* pCb, const uin
                                 uint8_t* pDst, int len) {
   for (int i = 0; i < len; ++i) {
     const int cb = pCb[i], cr = pCr[i];
-    const uint8_t* clipped = clip_table.data() - lowest + 2 * (255 - pY[i]);
+    const uint8_t* clipped = clip_from(2 * (255 - pY[i]));
     uint8_t* pixel = pDst + 4 * int64_t(i);
-    pixel[0] = clipped[359 - tRCr[cr]];
-    pixel[1] = clipped[tGCr[cr] - tGCb[cb]];
-    pixel[2] = clipped[454 - tBCb[cb]];
+    pixel[0] = clipped[359 - pqx_tRCr[cr]];
+    pixel[1] = clipped[pqx_tGCr[cr] - pqx_tGCb[cb]];
+    pixel[2] = clipped[454 - pqx_tBCb[cb]];
     pixel[3] = pK[i];
   }
   return PQX_OK;

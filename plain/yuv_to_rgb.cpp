@@ -1,46 +1,27 @@
 #include <string.h>
 
-#include <array>
+#include <algorithm>
 
+#include "pixels.h"
 #include "plain.h"
-#include "tables.h"
 
 namespace plain {
 namespace {
-
-/// Where a pixel of so many bytes keeps its channels; a = -1: no alpha.
-struct Layout {
-  int bytes, r, g, b, a;
-};
-constexpr Layout RGB{3, 0, 1, 2, -1}, ARGB{4, 1, 2, 3, 0}, ABGR{4, 3, 2, 1, 0}, RGBA{4, 0, 1, 2, 3};
 
 /// What the chroma of a pixel adds to its luma, in half units.
 struct Chroma {
   int r, g, b;
 };
-Chroma chroma(int u, int v) { return {tRV[v] - 446, tGU[u] - tGV[v], tBU[u] - 554}; }
-
-constexpr auto clipped = [] {  // the bytes of half-unit sums from -576 on
-  std::array<uint8_t, 1664> t{};
-  for (int i = 0; i < int(t.size()); ++i) t[size_t(i)] = clip(i - 576);
-  return t;
-}();
+Chroma chroma(int u, int v) { return {pqx_tRV[v] - 446, pqx_tGU[u] - pqx_tGV[v], pqx_tBU[u] - 554}; }
 
 template <Layout L>
 void put(uint8_t* pixel, int y, Chroma c) {
-  const uint8_t* clip_from_luma = &clipped[size_t(576 + tYY[y])];
-  pixel[L.r] = clip_from_luma[c.r];
-  pixel[L.g] = clip_from_luma[c.g];
-  pixel[L.b] = clip_from_luma[c.b];
+  const uint8_t* clipped = clip_from(pqx_tYY[y]);
+  pixel[L.r] = clipped[c.r];
+  pixel[L.g] = clipped[c.g];
+  pixel[L.b] = clipped[c.b];
   if (L.a >= 0) pixel[L.a] = 0;
 }
-
-constexpr int lowest = -288;
-constexpr auto clamped = [] {  // the bytes of sums from the lowest on
-  std::array<uint8_t, 1088> t{};
-  for (int i = 0; i < int(t.size()); ++i) t[size_t(i)] = clamp_to_byte(i + lowest);
-  return t;
-}();
 
 /// One U and one V serve columns x rows pixels.
 template <Layout L, int columns, int rows>
@@ -67,11 +48,11 @@ pqx_Status convert_444(const uint8_t* y, const uint8_t* u, const uint8_t* v, int
                        int64_t dst_step, int width, int height) {
   for (int i = 0; i < height; ++i, y += src_step, u += src_step, v += src_step, dst += dst_step)
     for (int64_t x = 0; x < width; ++x) {
-      const int s = Yuv2rgb[y[x]] + yUv2rgb[u[x]] + yuV2rgb[v[x]];
+      const int s = pqx_t_Yuv2rgb[y[x]] + pqx_t_yUv2rgb[u[x]] + pqx_t_yuV2rgb[v[x]];
       uint8_t* pixel = dst + L.bytes * x;
-      pixel[L.r] = clamped[size_t((s & 1023) - 256 - lowest)];
-      pixel[L.g] = clamped[size_t((s >> 10 & 1023) - 256 - lowest)];
-      pixel[L.b] = clamped[size_t((s >> 20) - lowest)];
+      pixel[L.r] = pqx_video_pClipOff256[s & 1023];
+      pixel[L.g] = pqx_video_pClipOff256[s >> 10 & 1023];
+      pixel[L.b] = uint8_t(std::clamp(s >> 20, 0, 255));
       if (L.a >= 0) pixel[L.a] = 0;
     }
   return PQX_OK;
@@ -79,11 +60,10 @@ pqx_Status convert_444(const uint8_t* y, const uint8_t* u, const uint8_t* v, int
 
 template <int zoom>
 void put_square(uint8_t* dst, int64_t dst_step, int y, Chroma c) {
-  const uint8_t* clip_from_luma = &clipped[size_t(576 + tYY[y])];
-  const uint32_t r = clip_from_luma[c.r], g = clip_from_luma[c.g], b = clip_from_luma[c.b];
-  const uint32_t abgr = r << 24 | g << 16 | b << 8;
+  uint8_t pixel[4];
+  put<ABGR>(pixel, y, c);
   for (int row = 0; row < zoom; ++row)
-    for (int column = 0; column < zoom; ++column) memcpy(dst + row * dst_step + 4 * column, &abgr, 4);
+    for (int column = 0; column < zoom; ++column) memcpy(dst + row * dst_step + 4 * column, pixel, 4);
 }
 
 template <int zoom>
@@ -118,15 +98,8 @@ pqx_Status convert_window(const uint8_t* y, int64_t y_step, const uint8_t* u, co
   for (int64_t row = window.y0; row < window.y1; ++row) {
     const uint8_t *luma = y + row * y_step, *us = u + (row >> 1) * uv_step, *vs = v + (row >> 1) * uv_step;
     uint8_t* squares = dst + zoom * row * dst_step;
-    auto put_at = [=](int64_t x, Chroma c) { put_square<zoom>(squares + 4 * zoom * x, dst_step, luma[x], c); };
-    int64_t x = window.x0;
-    if (x < window.x1 && x % 2) put_at(x, chroma(us[x >> 1], vs[x >> 1])), ++x;
-    for (; x + 1 < window.x1; x += 2) {
-      const Chroma c = chroma(us[x >> 1], vs[x >> 1]);
-      put_at(x, c);
-      put_at(x + 1, c);
-    }
-    if (x < window.x1) put_at(x, chroma(us[x >> 1], vs[x >> 1]));
+    for (int64_t x = window.x0; x < window.x1; ++x)
+      put_square<zoom>(squares + 4 * zoom * x, dst_step, luma[x], chroma(us[x >> 1], vs[x >> 1]));
   }
   return PQX_OK;
 }

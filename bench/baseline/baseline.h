@@ -1,4 +1,4 @@
-/// Motion compensation as a careful programmer's plain loops: with known widths, and pointers that are known not to
+/// Plain loops as a careful programmer writes them, with known widths and ranges, and pointers that are known not to
 /// alias. The loops in plain/, which are there to be read, are what the compiler makes less of.
 #pragma once
 
@@ -30,6 +30,19 @@ decltype(pqx_VideoInterpX_Y_XY_8U_comm) InterpX_Y_XY_8U_comm;
 decltype(pqx_Video_H263OverlappedMC_8U) H263OverlappedMC_8U;
 decltype(pqx_Video_H263OverlappedMC_8U_16S) H263OverlappedMC_8U_16S;
 decltype(pqx_Video_SumAbsDiff_8U) SumAbsDiff_8U;
+
+decltype(pqx_Video_Quantize_16S_I) Quantize_16S_I;
+decltype(pqx_Video_DeQuantize_16S_I) DeQuantize_16S_I;
+
+decltype(pqx_Video_ColorRGB2YCC420_BL_8U) ColorRGB2YCC420_BL_8U;
+decltype(pqx_Video_ColorABGR2YCC420_BL_8U) ColorABGR2YCC420_BL_8U;
+decltype(pqx_Video_ColorARGB2YCC420_BL_8U) ColorARGB2YCC420_BL_8U;
+decltype(pqx_Video_ColorBGRA2YCC420_BL_8U) ColorBGRA2YCC420_BL_8U;
+decltype(pqx_Video_ColorYCC2RGB420_BL_8U) ColorYCC2RGB420_BL_8U;
+decltype(pqx_Video_ColorYCC2BGRA420_BL_8U) ColorYCC2BGRA420_BL_8U;
+decltype(pqx_Video_ColorYUV2ABGR420_W_8U) ColorYUV2ABGR420_W_8U;
+decltype(pqx_Video_ColorYUV2ABGR420_WX2_8U) ColorYUV2ABGR420_WX2_8U;
+decltype(pqx_Video_ColorYUV2ABGR420_WX3_8U) ColorYUV2ABGR420_WX3_8U;
 
 using plain::P64Loop_8U;
 

@@ -1,56 +1,88 @@
-#include "tables.h"
-
 #include <gtest/gtest.h>
+#include <math.h>
+
+#include <algorithm>
+#include <fstream>
+#include <iterator>
+#include <regex>
+#include <string>
 
 #include "pqx_video.h"
 
+// The header states the entries of every table as a formula beside the declaration. The tables are compared with what
+// stands there, so that no slope has to be written down once more.
 namespace {
 
-template <class T, size_t n>
-void expect_table(const char* name, const T (&table)[n], auto entry) {
-  for (size_t i = 0; i < n; ++i) ASSERT_EQ(table[i], T(entry(int(i)))) << name << "[" << i << "]";
+/// The comment that belongs to the declaration of a table, as one line.
+std::string comment_of(const std::string& table) {
+  static const std::string header = [] {
+    std::ifstream file(PQX_SOURCE_DIR "/include/pqx_video.h");
+    return std::string(std::istreambuf_iterator<char>(file), {});
+  }();
+  const size_t at = header.find(" " + table + "["), line_end = header.find('\n', at);
+  if (at == std::string::npos) return "";
+  const std::string behind = header.substr(at, line_end - at);
+  if (behind.find("/**<") != std::string::npos) return behind;
+  const size_t begin = header.rfind("/**", at);
+  return std::regex_replace(header.substr(begin, at - begin), std::regex("\\n \\* ?"), " ");
 }
 
-TEST(ColorTables, EveryEntryFollowsItsRule) {
-#define EXPECT_TABLE(name) expect_table("pqx_t" #name, pqx_t##name, [](int i) { return plain::t##name[size_t(i)]; })
-  EXPECT_TABLE(YY);
-  EXPECT_TABLE(RV);
-  EXPECT_TABLE(GV);
-  EXPECT_TABLE(GU);
-  EXPECT_TABLE(BU);
-  EXPECT_TABLE(RCr);
-  EXPECT_TABLE(GCr);
-  EXPECT_TABLE(GCb);
-  EXPECT_TABLE(BCb);
-#undef EXPECT_TABLE
-#define EXPECT_TABLE(name) expect_table("pqx_t_" #name, pqx_t_##name, [](int i) { return plain::name[size_t(i)]; })
-  EXPECT_TABLE(r2j);
-  EXPECT_TABLE(g2j);
-  EXPECT_TABLE(b2j);
-  EXPECT_TABLE(Yuv2rgb);
-  EXPECT_TABLE(yUv2rgb);
-  EXPECT_TABLE(yuV2rgb);
-#undef EXPECT_TABLE
-  expect_table("pqx_tClip", pqx_tClip, [](int i) { return plain::clip(i - 576); });
-  expect_table("pqx_video_pClipOff256", pqx_video_pClipOff256, [](int i) { return plain::clamp_to_byte(i - 256); });
-}
-
-// Entries known from elsewhere, so that the rule itself is not only compared with itself.
-TEST(ColorTables, KnownEntries) {
-  const struct {
-    const int16_t* table;
-    int first, last;
-  } ends[] = {{pqx_tYY, 0, 594},  {pqx_tRV, 0, 814},  {pqx_tGV, 0, 415},   {pqx_tGU, 271, 71}, {pqx_tBU, 0, 1029},
-              {pqx_tRCr, 0, 715}, {pqx_tGCr, 0, 364}, {pqx_tGCb, 271, 95}, {pqx_tBCb, 0, 904}};
-  for (const auto& end : ends) {
-    EXPECT_EQ(end.table[0], end.first);
-    EXPECT_EQ(end.table[255], end.last);
+/// round(A + c x) with the numbers that stand behind the words: "0.006 + 3.193182 x", or a constant alone.
+class Rule {
+ public:
+  Rule(const std::string& table, const std::string& words) {
+    const std::regex formula(words + "(?:(-?[0-9.]+) ([+-]) )?(-?[0-9.]+) x"), constant(words + "([0-9]+)[,.]");
+    const std::string comment = comment_of(table);
+    std::smatch m;
+    if (std::regex_search(comment, m, formula)) {
+      offset_ = m[1].matched ? std::stod(m[1]) : 0;
+      slope_ = std::stod(m[3]) * (m[2] == "-" ? -1 : 1);
+    } else if (std::regex_search(comment, m, constant)) {
+      offset_ = std::stod(m[1]);
+    } else {
+      ADD_FAILURE() << "No " << words << "in the comment of " << table << ": " << comment;
+    }
   }
-  EXPECT_EQ(pqx_t_r2j[199] & 1023, 59u);
-  EXPECT_EQ(pqx_t_g2j[80] >> 10 & 511, 128u - 26u);
-  EXPECT_EQ(pqx_tClip[577], 0);
-  EXPECT_EQ(pqx_tClip[1085], 254);
-  EXPECT_EQ(pqx_tClip[1086], 255);
+  int operator()(int x) const { return int(floor(offset_ + slope_ * x + 0.5)); }
+
+ private:
+  double offset_ = 0, slope_ = 0;
+};
+
+void expect_table(const char* name, const auto& table, auto entry) {
+  for (int i = 0; i < int(std::size(table)); ++i) ASSERT_EQ(table[i], entry(i)) << name << "[" << i << "]";
+}
+
+TEST(ColorTables, AreWhatTheHeaderSays) {
+#define EXPECT_HALF_UNITS(table) expect_table(#table, table, Rule(#table, "half units: "))
+  EXPECT_HALF_UNITS(pqx_tYY);
+  EXPECT_HALF_UNITS(pqx_tRV);
+  EXPECT_HALF_UNITS(pqx_tGV);
+  EXPECT_HALF_UNITS(pqx_tGU);
+  EXPECT_HALF_UNITS(pqx_tBU);
+  EXPECT_HALF_UNITS(pqx_tRCr);
+  EXPECT_HALF_UNITS(pqx_tGCr);
+  EXPECT_HALF_UNITS(pqx_tGCb);
+  EXPECT_HALF_UNITS(pqx_tBCb);
+
+  const auto expect_ycc = [](const char* name, const auto& table) {
+    const Rule y(name, "Y = "), cb(name, "Cb = "), cr(name, "Cr = ");
+    expect_table(name, table, [&](int x) { return uint32_t(y(x)) | (cb(x) & 511u) << 10 | (cr(x) & 511u) << 21; });
+  };
+  expect_ycc("pqx_t_r2j", pqx_t_r2j);
+  expect_ycc("pqx_t_g2j", pqx_t_g2j);
+  expect_ycc("pqx_t_b2j", pqx_t_b2j);
+
+  const auto expect_rgb = [](const char* name, const auto& table) {
+    const Rule r(name, "R = "), g(name, "G = (?:B = )?"), b(name, "B = ");
+    expect_table(name, table, [&](int x) { return r(x) + g(x) * (1 << 10) + b(x) * (1 << 20); });
+  };
+  expect_rgb("pqx_t_Yuv2rgb", pqx_t_Yuv2rgb);
+  expect_rgb("pqx_t_yUv2rgb", pqx_t_yUv2rgb);
+  expect_rgb("pqx_t_yuV2rgb", pqx_t_yuV2rgb);
+
+  expect_table("pqx_tClip", pqx_tClip, [](int i) { return std::clamp((i - 576) >> 1, 0, 255); });
+  expect_table("pqx_video_pClipOff256", pqx_video_pClipOff256, [](int i) { return std::clamp(i - 256, 0, 255); });
 }
 
 }  // namespace
