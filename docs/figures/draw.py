@@ -312,6 +312,7 @@ class Timing:
         self.ours = float(cells["ours"])
         self.over_plain = float(cells["plain/ours"])
         self.over_sse2 = float(cells["SSE2/ours"]) if cells["SSE2/ours"] else None
+        self.cells = cells
 
 
 def timings(results):
