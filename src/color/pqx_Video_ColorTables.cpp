@@ -14,7 +14,7 @@ namespace {
 using namespace pqx::rule;
 
 constexpr uint8_t clamp_to_byte(int v) { return uint8_t(v < 0 ? 0 : v > 255 ? 255 : v); }
-constexpr uint8_t clip_half_units(int i) { return clamp_to_byte((i - 576) >> 1); }
+constexpr uint8_t clip_half_units(int i) { return clamp_to_byte((i - clip_origin) >> 1); }
 constexpr uint8_t clip_offset_256(int i) { return clamp_to_byte(i - 256); }
 
 // Ten bits of luma, nine of each chroma in two's complement; the bits above each chroma field absorb its carry.

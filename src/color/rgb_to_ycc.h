@@ -3,7 +3,7 @@
 #pragma once
 
 #include "color/load_pixels.h"
-#include "color/table_rules.h"
+#include "color/table_form.h"
 #include "common/lanes.h"
 #include "common/pixel_layout.h"
 #include "common/rows.h"
@@ -35,58 +35,47 @@ PackedYcc packed_ycc(const uint8_t* pixel) {
   return {pqx_t_r2j[pixel[L.r] ^ flip] + pqx_t_g2j[pixel[L.g] ^ flip] + pqx_t_b2j[pixel[L.b] ^ flip]};
 }
 
-/// The rounded products of a channel, without tables: high products of the biased sample, whose bias brings the
-/// fraction from which the floor rounds. What they differ by from the rule is the same for every sample.
-struct Factors {
-  int bias, y, cb, cr;
+/// The terms of one channel, as forms of one operand. Chroma terms are subtracted, but for the halves.
+struct ChannelForms {
+  TableForm y, cb, cr;
 
-  static constexpr int half = 0;  // in the place of a chroma factor; all other chroma products are subtracted
-
-  constexpr rule::Ycc products(int x) const {
-    const int a = x + bias;
-    const auto chroma = [a](int factor) { return factor == half ? a >> 1 : -(a * factor >> 16); };
-    return {a * y >> 16, chroma(cb), chroma(cr)};
-  }
-  constexpr rule::Ycc excess(auto rule) const {
-    const rule::Ycc p = products(0), r = rule(0);
-    return {p.y - r.y, p.cb - r.cb, p.cr - r.cr};
-  }
-  constexpr bool follow(auto rule) const {
-    const rule::Ycc e = excess(rule);
-    return rule::agree([=, this](int x) { return products(x).y - e.y; }, [=](int x) { return rule(x).y; }) &&
-           rule::agree([=, this](int x) { return products(x).cb - e.cb; }, [=](int x) { return rule(x).cb; }) &&
-           rule::agree([=, this](int x) { return products(x).cr - e.cr; }, [=](int x) { return rule(x).cr; });
+  constexpr int bias() const { return y.bias; }
+  constexpr bool agree_with(auto rule) const {
+    const auto chroma = [](const TableForm& form, auto table) {
+      return form.factor == TableForm::half ? form.agrees_with(table) : form.agrees_with(minus(table));
+    };
+    return y.bias == cb.bias && y.bias == cr.bias && y.agrees_with([=](int x) { return rule(x).y; }) &&
+           chroma(cb, [=](int x) { return rule(x).cb; }) && chroma(cr, [=](int x) { return rule(x).cr; });
   }
 };
-inline constexpr Factors red{32768, 19593, 11057, Factors::half};
-inline constexpr Factors green{24007, 38468, 21712, 27442};
-inline constexpr Factors blue{32768, 7471, Factors::half, 5327};
-static_assert(red.follow(rule::ycc_from_red));
-static_assert(green.follow(rule::ycc_from_green));
-static_assert(blue.follow(rule::ycc_from_blue));
+inline constexpr ChannelForms red{
+    .y = {0, 32768, 19593, 9796}, .cb = {0, 32768, 11057, 5528}, .cr = {0, 32768, TableForm::half, 16384}};
+inline constexpr ChannelForms green{
+    .y = {0, 24007, 38468, 14091}, .cb = {0, 24007, 21712, 8081}, .cr = {0, 24007, 27442, 10180}};
+inline constexpr ChannelForms blue{
+    .y = {0, 32768, 7471, 3735}, .cb = {0, 32768, TableForm::half, 16384}, .cr = {0, 32768, 5327, 2663}};
+static_assert(red.agree_with(rule::ycc_from_red));
+static_assert(green.agree_with(rule::ycc_from_green));
+static_assert(blue.agree_with(rule::ycc_from_blue));
 
 /// What the sums over the channels exceed the samples by.
-inline constexpr rule::Ycc excess = [] {
-  const rule::Ycc r = red.excess(rule::ycc_from_red), g = green.excess(rule::ycc_from_green),
-                  b = blue.excess(rule::ycc_from_blue);
-  return rule::Ycc{r.y + g.y + b.y, r.cb + g.cb + b.cb, r.cr + g.cr + b.cr};
-}();
+inline constexpr rule::Ycc excess{.y = red.y.excess + green.y.excess + blue.y.excess,
+                                  .cb = blue.cb.excess - red.cb.excess - green.cb.excess,
+                                  .cr = red.cr.excess - green.cr.excess - blue.cr.excess};
 
-/// Eight pixels, as biased words.
-struct BiasedRgb {
+/// Eight pixels, as operands.
+struct RgbOperands {
   u16x8 r, g, b;
 
-  u16x8 y() const {
-    return high_product(r, all_u16(red.y)) + high_product(g, all_u16(green.y)) + high_product(b, all_u16(blue.y));
-  }
-  u16x8 cb() const { return (b >> 1) - high_product(r, all_u16(red.cb)) - high_product(g, all_u16(green.cb)); }
-  u16x8 cr() const { return (r >> 1) - high_product(g, all_u16(green.cr)) - high_product(b, all_u16(blue.cr)); }
+  u16x8 y() const { return red.y.product(r) + green.y.product(g) + blue.y.product(b); }
+  u16x8 cb() const { return blue.cb.product(b) - red.cb.product(r) - green.cb.product(g); }
+  u16x8 cr() const { return red.cr.product(r) - green.cr.product(g) - blue.cr.product(b); }
 };
 
 /// Sixteen pixels: the even ones and the odd ones.
 template <PixelLayout L>
 struct RgbBlock {
-  BiasedRgb even, odd;
+  RgbOperands even, odd;
   u16x8 k;
 
   explicit RgbBlock(const uint8_t* src) {
@@ -95,7 +84,8 @@ struct RgbBlock {
       return L.inks ? all_u16(bias + 255) - pairs.byte(byte) : pairs.byte(byte) + all_u16(bias);
     };
     const auto pixels_at = [&](int byte) {
-      return BiasedRgb{biased(byte + L.r, red.bias), biased(byte + L.g, green.bias), biased(byte + L.b, blue.bias)};
+      return RgbOperands{biased(byte + L.r, red.bias()), biased(byte + L.g, green.bias()),
+                         biased(byte + L.b, blue.bias())};
     };
     even = pixels_at(0);
     odd = pixels_at(L.bytes);

@@ -94,19 +94,13 @@ struct Chroma444 {
 
  private:
   [[gnu::always_inline]] static auto terms_of(u8x16 b, u8x16 r) {
-    using Cb = Operand<forms<L>.cb>;
-    using Cr = Operand<forms<L>.cr>;
+    const TableForm &Cb = forms<L>.blue_cb, &Cr = forms<L>.red_cr;
     if constexpr (L.bytes == 3)
-      return EvenOdd{chroma_terms<forms<L>>(Cb::even(b), Cr::even(r)),
-                     chroma_terms<forms<L>>(Cb::odd(b), Cr::odd(r))};
+      return EvenOdd{chroma_terms(forms<L>, Cb.even(b), Cr.even(r)), chroma_terms(forms<L>, Cb.odd(b), Cr.odd(r))};
     else
-      return InOrder{chroma_terms<forms<L>>(Cb::low(b), Cr::low(r)),
-                     chroma_terms<forms<L>>(Cb::high(b), Cr::high(r))};
+      return InOrder{chroma_terms(forms<L>, Cb.low(b), Cr.low(r)), chroma_terms(forms<L>, Cb.high(b), Cr.high(r))};
   }
 };
-
-using LightCb = Operand<light.cb>;
-using LightCr = Operand<light.cr>;
 
 /// A chroma sample for each pair of pixels.
 struct ChromaNearest {
@@ -120,7 +114,7 @@ struct ChromaNearest {
 
  private:
   [[gnu::always_inline]] static EvenOdd terms_of(u8x16 b, u8x16 r) {
-    const PixelWords both = chroma_terms<light>(LightCb::low(b), LightCr::low(r));
+    const PixelWords both = chroma_terms(light, light.blue_cb.low(b), light.red_cr.low(r));
     return {both, both};
   }
 };
@@ -157,8 +151,8 @@ struct ChromaLinear {
     // down; where that sample is 0 already, so is c.
     const u8x16 even = mean_up(c, u8x16{_mm_subs_epu8(mean_up(c, left).v, all_u8(1).v)});
     const u8x16 odd = mean_up(c, mean_down(c, right));
-    return {chroma_terms<light>(LightCb::low(even), LightCr::high(even)),
-            chroma_terms<light>(LightCb::low(odd), LightCr::high(odd))};
+    return {chroma_terms(light, light.blue_cb.low(even), light.red_cr.high(even)),
+            chroma_terms(light, light.blue_cb.low(odd), light.red_cr.high(odd))};
   }
 
   // The first w samples and the last w. Where the two have others between them, those are neighbours too.
@@ -184,7 +178,7 @@ template <PixelLayout L, class Chromas, class Fourth>
   uint8_t* pixel = row.dst;
   for (int64_t i = 0; i < n; ++i, pixel += L.bytes) {
     constexpr int sign = L.inks ? -1 : 1;
-    const uint8_t* const clipped = pqx_tClip + 576 + 2 * (L.inks ? 255 - row.y[i] : row.y[i]);
+    const uint8_t* const clipped = pqx_tClip + rule::clip_origin + 2 * (L.inks ? 255 - row.y[i] : row.y[i]);
     const Chroma c = chroma.at(i);
     pixel[L.r] = clipped[sign * (pqx_tRCr[c.cr] - rule::ycc_red_constant)];
     pixel[L.g] = clipped[sign * (pqx_tGCb[c.cb] - pqx_tGCr[c.cr])];

@@ -2,29 +2,10 @@
 #pragma once
 
 #include "color/store_pixels.h"
-#include "color/table_rules.h"
+#include "color/table_form.h"
 #include "common/lanes.h"
 
 namespace pqx::yuv {
-
-/// A table without the table: the high product of a factor and an operand, which is the sample shifted and biased. The
-/// bias makes the product's floor round as the table does; it leaves every entry too high by the same excess.
-struct Form {
-  int shift, bias, factor, excess;
-
-  /// Of samples to which part of the bias, if there is any, has been added before.
-  u16x8 operand(u16x8 x, int added = 0) const {
-    const u16x8 shifted = shift == 0 ? x : shift == 1 ? x + x : x << shift;
-    const int rest = bias - (added << shift);
-    return rest == 0 ? shifted : shifted + all_u16(rest);
-  }
-  u16x8 product(u16x8 operand) const { return high_product(operand, all_u16(factor)); }
-
-  constexpr bool gives(auto table) const {
-    return rule::agree([this](int x) { return int(uint32_t((x << shift) + bias) * uint32_t(factor) >> 16) - excess; },
-                       table);
-  }
-};
 
 /// Channels of eight pixels, signed, modulo 2^16.
 struct Rgb {
@@ -34,11 +15,12 @@ struct Rgb {
 /// Where several pixels share one U and one V.
 namespace shared_chroma {
 
-inline constexpr Form luma{0, 128 << 8, 21545, 10772}, red{2, 1113, 52317, 888}, green_v{2, 1113, 26645, 452},
+inline constexpr TableForm luma{0, 128 << 8, 21545, 10772}, red{2, 1113, 52317, 888}, green_v{2, 1113, 26645, 452},
     green_u{0, 89 << 8, 51379, 18133}, blue{3, 108, 33070, 54};
-static_assert(luma.gives([](int y) { return rule::luma_from_y(y) - 2 * y; }));
-static_assert(red.gives(rule::red_from_v) && blue.gives(rule::blue_from_u) && green_v.gives(rule::green_from_v));
-static_assert(green_u.gives([](int u) { return -rule::green_from_u(u); }));
+static_assert(luma.agrees_with([](int y) { return rule::luma_from_y(y) - 2 * y; }));
+static_assert(red.agrees_with(rule::red_from_v) && blue.agrees_with(rule::blue_from_u) &&
+              green_v.agrees_with(rule::green_from_v));
+static_assert(green_u.agrees_with(minus(rule::green_from_u)));
 
 // In half units luma is twice the sample and the product, less its excess. The mean of the product and a term rounds
 // up; with terms that are higher by `above` than they should be, it rounds the halved sum down and is 2^15 too high,
@@ -64,16 +46,16 @@ inline Rgb channels(u16x8 y_operand, const Rgb& terms) {
 /// Where every pixel has a U and a V of its own.
 namespace own_chroma {
 
-inline constexpr Form red_y{1, 128 << 8, 38157, 19045}, green_y{1, 128 << 8, 38155, 19077},
+inline constexpr TableForm red_y{1, 128 << 8, 38157, 19045}, green_y{1, 128 << 8, 38155, 19077},
     red_v{0, 128 << 8, 39099, 19549}, green_v{0, 128 << 8, 53293, 26902}, green_u{2, 5102, 6421, 635},
     blue_u{2, 5102, 33070, 2851};
-static_assert(red_y.gives([](int y) { return rule::rgb_from_y(y).r; }));
-static_assert(green_y.gives([](int y) { return rule::rgb_from_y(y).g; }));
-static_assert(green_y.gives([](int y) { return rule::rgb_from_y(y).b; }));
-static_assert(red_v.gives([](int v) { return rule::rgb_from_v(v).r - v; }));
-static_assert(green_v.gives([](int v) { return -rule::rgb_from_v(v).g; }));
-static_assert(green_u.gives([](int u) { return -rule::rgb_from_u(u).g; }));
-static_assert(blue_u.gives([](int u) { return rule::rgb_from_u(u).b; }));
+static_assert(red_y.agrees_with([](int y) { return rule::rgb_from_y(y).r; }));
+static_assert(green_y.agrees_with([](int y) { return rule::rgb_from_y(y).g; }));
+static_assert(green_y.agrees_with([](int y) { return rule::rgb_from_y(y).b; }));
+static_assert(red_v.agrees_with([](int v) { return rule::rgb_from_v(v).r - v; }));
+static_assert(green_v.agrees_with([](int v) { return -rule::rgb_from_v(v).g; }));
+static_assert(green_u.agrees_with([](int u) { return -rule::rgb_from_u(u).g; }));
+static_assert(blue_u.agrees_with([](int u) { return rule::rgb_from_u(u).b; }));
 
 // The sums of red and of green are 256 too high by the rule; the operand of V takes the place of the sample.
 inline Rgb channels(u16x8 y_operand, u16x8 u_operand, u16x8 v_operand) {
@@ -95,12 +77,9 @@ struct Halves {
 };
 
 template <PixelLayout L>
-Halves<u16x8> operands(const Form& form, u8x16 x) {
-  if constexpr (L.bytes == 3) return {form.operand(even_bytes(x)), form.operand(odd_bytes(x))};
-  // Where bytes become words by a byte of our choice, most of the bias comes with it.
-  const int high_byte = form.bias >> (8 + form.shift), added = high_byte << 8;
-  return {form.operand(as<u16x8>(interleave_low(x, all_u8(high_byte))), added),
-          form.operand(as<u16x8>(interleave_high(x, all_u8(high_byte))), added)};
+Halves<u16x8> operands(const TableForm& form, u8x16 x) {
+  if constexpr (L.bytes == 3) return {form.even(x), form.odd(x)};
+  return {form.low(x), form.high(x)};
 }
 
 /// From values for pairs of pixels.

@@ -99,7 +99,7 @@ template <PixelLayout L, Sampling S, int zoom, int count = S.columns>
   for (int row = 0; row < S.rows; ++row)
 #pragma GCC unroll 4
     for (int k = 0; k < count; ++k) {
-      const uint8_t* clipped = pqx_tClip + 576 + pqx_tYY[rows.y[row * rows.y_step + x + k]];
+      const uint8_t* clipped = pqx_tClip + rule::clip_origin + pqx_tYY[rows.y[row * rows.y_step + x + k]];
       store_pixel<L, zoom>(rows.dst + zoom * (row * rows.dst_step + L.bytes * (x + k)), rows.dst_step, clipped[r],
                            clipped[g], clipped[b]);
     }
