@@ -32,7 +32,16 @@ struct Coded {
   Value value;
 };
 
-/// Looks values up by the next bits. No code may be longer than `longest`, nor begin with another one.
+template <class Value, size_t n, size_t m>
+constexpr std::array<Coded<Value>, n + m> joined(const std::array<Coded<Value>, n>& a,
+                                                 const std::array<Coded<Value>, m>& b) {
+  std::array<Coded<Value>, n + m> both{};
+  for (size_t i = 0; i < n + m; ++i) both[i] = i < n ? a[i] : b[i - n];
+  return both;
+}
+
+/// Looks values up by the next bits. No code may be longer than `longest`, nor begin with another one: made at compile
+/// time, such a table does not compile.
 template <class Value, int longest>
 class CodeTable {
  public:
@@ -40,7 +49,11 @@ class CodeTable {
   constexpr explicit CodeTable(const std::array<Coded<Value>, n>& codes) {
     for (const Coded<Value>& c : codes) {
       const int free = longest - c.code.length;
-      for (uint32_t i = 0; i < 1u << free; ++i) entries_[c.code.bits << free | i] = {c.value, uint8_t(c.code.length)};
+      for (uint32_t i = 0; i < 1u << free; ++i) {
+        Entry& entry = entries_[c.code.bits << free | i];
+        if (entry.length != 0) throw "a code begins with another";
+        entry = {c.value, uint8_t(c.code.length)};
+      }
     }
   }
 
@@ -50,6 +63,13 @@ class CodeTable {
     if (entry.length == 0) return {};
     bits.skip(entry.length);
     return entry.value;
+  }
+
+  /// How many values of the next `longest` bits begin with no code.
+  constexpr int unused() const {
+    int n = 0;
+    for (const Entry& entry : entries_) n += entry.length == 0;
+    return n;
   }
 
  private:

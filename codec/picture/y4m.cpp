@@ -81,16 +81,31 @@ bool Y4mReader::next(YuvPicture& picture) {
   return true;
 }
 
-Y4mWriter::Y4mWriter(ByteSink& out, int width, int height, FrameRate rate, const std::string& more) : out_(out) {
+Y4mWriter::Y4mWriter(ByteSink& out, const Y4mFormat& format) : out_(out) {
   std::ostringstream header;
-  header << magic << 'W' << width << " H" << height << " F" << rate.numerator << ':' << rate.denominator
-         << " Ip A12:11 C420jpeg" << (more.empty() ? "" : " ") << more << '\n';
+  header << magic << 'W' << format.width << " H" << format.height << " F" << format.rate.numerator << ':'
+         << format.rate.denominator << " I" << format.interlacing << " A" << format.aspect.numerator << ':'
+         << format.aspect.denominator << " C" << format.chroma << (format.more.empty() ? "" : " ") << format.more
+         << '\n';
   out_.write(header.str());
 }
+
+Y4mWriter::Y4mWriter(ByteSink& out, int width, int height, FrameRate rate, const std::string& more)
+    : Y4mWriter(out, {.width = width, .height = height, .rate = rate, .more = more}) {}
 
 void Y4mWriter::write(const YuvPicture& picture) {
   out_.write("FRAME\n");
   for (const YuvPicture::Component& plane : picture.planes) out_.write(plane.samples);
+}
+
+void Y4mWriter::write(std::span<const PlaneView, 3> planes) {
+  out_.write("FRAME\n");
+  for (const PlaneView& plane : planes) {
+    const bool packed = plane.step == plane.columns;
+    for (int y = 0; y < (packed ? 1 : plane.rows); ++y)
+      out_.write(
+          {plane.samples + ptrdiff_t{plane.step} * y, size_t(plane.columns) * size_t(packed ? plane.rows : 1)});
+  }
 }
 
 }  // namespace pqx_codec

@@ -36,12 +36,30 @@ class Y4mReader {
   FrameRate rate_;
 };
 
+/// What the header of a file says.
+struct Y4mFormat {
+  int width, height;
+  FrameRate rate;
+  FrameRate aspect{12, 11};        // of a sample, width to height
+  std::string interlacing = "p";   // t, b: which field is first
+  std::string chroma = "420jpeg";  // the format and where the samples lie
+  std::string more = {};           // further fields, such as the range of the samples
+};
+
+/// A component where it lies.
+struct PlaneView {
+  const uint8_t* samples;
+  int columns, rows, step;
+};
+
 class Y4mWriter {
  public:
+  Y4mWriter(ByteSink& out, const Y4mFormat& format);
   /// @param more  further header fields, such as the range of the samples
   Y4mWriter(ByteSink& out, int width, int height, FrameRate rate, const std::string& more = "");
 
   void write(const YuvPicture& picture);
+  void write(std::span<const PlaneView, 3> planes);
 
  private:
   ByteSink& out_;

@@ -1,10 +1,6 @@
 #include "video_commands.h"
 
-#include <unistd.h>
-
 #include <algorithm>
-#include <chrono>
-#include <iomanip>
 #include <iostream>
 #include <memory>
 #include <span>
@@ -14,6 +10,7 @@
 #include "h261/decoder.h"
 #include "h261/encoder.h"
 #include "h263/decoder.h"
+#include "mpeg_command.h"
 #include "naming.h"
 #include "pan.h"
 #include "picture/y4m.h"
@@ -21,52 +18,10 @@
 #include "player/clip.h"
 #include "player/play.h"
 #include "player/show.h"
+#include "progress.h"
 
 namespace pqxvideo {
 namespace {
-
-constexpr const char* studio_range = "XCOLORRANGE=LIMITED";
-
-/// Counts pictures, on a terminal in a line that is written again and again, and tells the speed in the end.
-class Progress {
- public:
-  explicit Progress(const char* what) : what_(what), shown_(isatty(STDERR_FILENO) != 0) {}
-  ~Progress() { clear(); }
-
-  /// Takes the time of a step that is worth being measured.
-  void measure(auto step) {
-    const auto start = Clock::now();
-    step();
-    busy_ += Clock::now() - start;
-  }
-  void picture() {
-    ++pictures_;
-    if (!shown_ || Clock::now() - last_ < std::chrono::milliseconds(100)) return;
-    last_ = Clock::now();
-    std::cerr << '\r' << what_ << ' ' << pictures_ << std::flush;
-    drawn_ = true;
-  }
-  /// Makes room for another message.
-  void clear() {
-    if (std::exchange(drawn_, false)) std::cerr << "\r\033[K" << std::flush;
-  }
-  void finish(size_t stream_bytes, const std::string& out) {
-    clear();
-    if (is_standard_output(out)) return;  // which holds the clip
-    const double seconds = std::chrono::duration<double>(busy_).count();
-    std::cout << pictures_ << " pictures, " << stream_bytes << " bytes, " << std::fixed << std::setprecision(1)
-              << pictures_ / std::max(seconds, 1e-9) << " pictures/s\n";
-  }
-
- private:
-  using Clock = std::chrono::steady_clock;
-
-  const char* what_;
-  bool shown_, drawn_ = false;
-  int pictures_ = 0;
-  Clock::duration busy_{};
-  Clock::time_point last_{};
-};
 
 void encode(const std::string& in, const std::string& out, const h261::EncoderOptions& options) {
   const OwnedBytes bytes = read_file(in);
@@ -248,10 +203,12 @@ std::vector<Command> add_video_commands(CLI::App& app) {
           {h263_decoder, [a] { decode<H263Clip>(a->in, a->out, a->conceal); }},
           {shown, [a] { show_frame(a->in, a->out, a->frame, a->zoom); }},
           {player, [a] { play(a->in, a->zoom, a->once); }},
-          {pan, [a] {
+          {pan,
+           [a] {
              const bool cif = a->size == "cif";
              make_pan(a->in, a->out, cif ? 352 : 176, cif ? 288 : 144, a->frames);
-           }}};
+           }},
+          add_mpeg_command(app)};
 }
 
 }  // namespace pqxvideo
