@@ -15,7 +15,8 @@ SPECIAL = {"sp": " ", "ndash": "-", "mdash": " - ", "nonbreakablespace": " ", "l
 BLOCKS = {"para", "itemizedlist", "verbatim", "preformatted", "parameterlist", "simplesect", "programlisting"}
 FOOTPRINTS = """The pages on the operations give the bytes that are read and written: a number of them, or rows of so
 many bytes, each of them so many bytes behind the one before it; from an offset, or from each of several; nothing where
-a number is below 1. Operators are those of C, division truncates toward zero."""
+a number is below 1. Operators are those of C, division truncates toward zero, >> rounds
+down."""
 
 
 def escape(text):

@@ -9,13 +9,20 @@
  * - It returns #PQX_OK. Pointers, alignment and steps are not checked; no buffer needs any alignment, and a 16-bit
  *   buffer may start at an odd address.
  * - A size below the operation's minimum makes it do nothing and return #PQX_OK.
- * - Source and destination must not overlap.
+ * - Sources may overlap each other. A destination must not overlap any other buffer, unless a parameter's comment
+ *   allows it, nor its rows each other. One that may equal a source then starts at the same address and has the same
+ *   step.
  * - A step is the signed distance in bytes from the start of one row to the start of the next; a negative step
  *   walks the rows upward. A row without a step is contiguous.
  * - Every function is exported twice at one entry, as declared here and with "__" in front of its name; calls
  *   inside the library go through the second name.
- * - Floating-point operations assume the default rounding mode (to nearest, ties to even) and that subnormal
- *   numbers are neither flushed to zero nor read as zero.
+ * - Some operations work in floating point: pqx_Video_DCT8x8Fwd_16S(), pqx_Video_DCT8x8Inv_16S(),
+ *   pqx_Video_DCT8x8Inv_16S_8U() and their other forms (but for the DC and IEEE forms, which are integer),
+ *   pqx_Video_DCT4x4Fwd_16S(), pqx_Video_DCT16x16Fwd_16S(), all of quantization, pqx_Video_ColorRGB2YCC444_16S() and
+ *   pqx_Video_ColorYCC2RGB444_16S(). They assume the default rounding mode (to nearest, ties to even) and that
+ *   subnormal numbers are neither flushed to zero nor read as zero. For samples and coefficients in their ranges
+ *   none raises the invalid, divide-by-zero or overflow exception, except by step sizes of 0 and states that are the
+ *   caller's own.
  *
  * Sample types are named by suffixes: 8U unsigned 8-bit, 16S signed 16-bit, 32U unsigned 32-bit; 10S and 12S are
  * signed 16-bit containers of 10 or 12 significant bits; _I works in place. Packed pixels are named by their bytes
@@ -132,15 +139,16 @@ PQX_API pqx_Status pqx_SetNumThreads(int32_t numThreads);
  * Prediction blocks from reference pictures, residuals added to them, and the cost of a match.
  *
  * Where an operation takes one step for source and destination, both lie in pictures of the same row pitch. A
- * packed 16-bit block has no step: its rows follow one another.
+ * packed 16-bit block has no step: its rows follow one another. Where the result of an interpolation overlaps its
+ * source, it is that of taking the samples one after the other, row after row.
  * @{
  */
 
 /**
- * Copies a block of 8 or 16 columns.
+ * Copies a block of 8 or 16 columns, row after row.
  *
  * @param pSrc    reference block
- * @param pDst    prediction
+ * @param pDst    prediction; may equal pSrc, or overlap rows of it that are already done
  * @param step    bytes from row to row of both
  * @param width   8 means 8 columns, any other value 16
  * @param height  rows; 0 or less does nothing
@@ -149,10 +157,10 @@ PQX_API pqx_Status pqx_SetNumThreads(int32_t numThreads);
 PQX_API pqx_Status pqx_Video_CopyRef_8U(const uint8_t* pSrc, uint8_t* pDst, int step, int width, int height);
 
 /**
- * Averages a block into a prediction: pSrcDst = (pSrc + pSrcDst + 1) >> 1.
+ * Averages a block into a prediction, row after row: pSrcDst = (pSrc + pSrcDst + 1) >> 1.
  *
  * @param pSrc     reference block
- * @param pSrcDst  prediction, in place; may equal pSrc
+ * @param pSrcDst  prediction, in place; may equal pSrc, or overlap rows of it that are already done
  * @param step     bytes from row to row of both
  * @param width    columns, rounded down to a multiple of 8; below 8 does nothing
  * @param height   rows; 0 or less does nothing
@@ -256,7 +264,7 @@ PQX_API pqx_Status pqx_Video_AddBlock_16S_8U_I(const int16_t* pSrc, uint8_t* pSr
  * a.
  *
  * @param pSrc    reference block; one column to the right of the block is read
- * @param pDst    prediction; may equal pSrc
+ * @param pDst    prediction; may overlap pSrc
  * @param step    bytes from row to row of both
  * @param width   columns, rounded down to a multiple of 8; below 8 does nothing
  * @param height  rows; 0 or less does nothing
@@ -269,7 +277,7 @@ PQX_API pqx_Status pqx_Video_InterpX_8U(const uint8_t* pSrc, uint8_t* pDst, int 
  * below a.
  *
  * @param pSrc     reference block; one row below each row is read
- * @param pDst     prediction; may equal pSrc
+ * @param pDst     prediction; may overlap pSrc
  * @param srcStep  distance in bytes from a sample to the one below it; may differ from step
  * @param step     bytes from row to row of both
  * @param width    columns, rounded down to a multiple of 4; below 4 does nothing
@@ -284,7 +292,7 @@ PQX_API pqx_Status pqx_Video_InterpY_8U(const uint8_t* pSrc, uint8_t* pDst, int 
  * pSrc[i + srcStep] below a, e to the right of c.
  *
  * @param pSrc     reference block; one column to the right and one row below are read
- * @param pDst     prediction; may equal pSrc
+ * @param pDst     prediction; may overlap pSrc
  * @param srcStep  distance in bytes from a sample to the one below it; may differ from step
  * @param step     bytes from row to row of both
  * @param width    columns, rounded down to a multiple of 4; below 4 does nothing
@@ -299,7 +307,7 @@ PQX_API pqx_Status pqx_Video_InterpXY_8U(const uint8_t* pSrc, uint8_t* pDst, int
  * (2d + a + b + 3) >> 2, with the sample b to the right of a.
  *
  * @param pSrc     reference block; one column to the right of the block is read
- * @param pSrcDst  prediction d, in place; may equal pSrc
+ * @param pSrcDst  prediction d, in place; may overlap pSrc
  * @param step     bytes from row to row of both
  * @param width    columns, rounded down to a multiple of 4; below 4 does nothing
  * @param height   rows; 0 or less does nothing
@@ -312,7 +320,7 @@ PQX_API pqx_Status pqx_Video_InterpAveX_8U(const uint8_t* pSrc, uint8_t* pSrcDst
  * (2d + a + c + 3) >> 2, with the sample c = pSrc[i + srcStep] below a.
  *
  * @param pSrc     reference block; one row below each row is read
- * @param pSrcDst  prediction d, in place; may equal pSrc
+ * @param pSrcDst  prediction d, in place; may overlap pSrc
  * @param srcStep  distance in bytes from a sample to the one below it; may differ from step
  * @param step     bytes from row to row of both
  * @param width    columns, rounded down to a multiple of 4; below 4 does nothing
@@ -327,7 +335,7 @@ PQX_API pqx_Status pqx_Video_InterpAveY_8U(const uint8_t* pSrc, uint8_t* pSrcDst
  * (4d + a + b + c + e + 6) >> 3, with b to the right of a, c = pSrc[i + srcStep] below a, e to the right of c.
  *
  * @param pSrc     reference block; one column to the right and one row below are read
- * @param pSrcDst  prediction d, in place; may equal pSrc
+ * @param pSrcDst  prediction d, in place; may overlap pSrc
  * @param srcStep  distance in bytes from a sample to the one below it; may differ from step
  * @param step     bytes from row to row of both
  * @param width    columns, rounded down to a multiple of 4; below 4 does nothing
@@ -343,7 +351,7 @@ PQX_API pqx_Status pqx_Video_InterpAveXY_8U(const uint8_t* pSrc, uint8_t* pSrcDs
  *
  * @param pSrc     reference block; one column to the right of the block is read
  * @param srcStep  bytes from row to row of pSrc
- * @param pDst     packed block: rows of 8 or 16 elements
+ * @param pDst     packed block: rows of 8 or 16 elements; may overlap pSrc
  * @param width    8 means 8 columns, any other value 16
  * @param height   rows; 0 or less does nothing
  * @return #PQX_OK always
@@ -357,7 +365,7 @@ PQX_API pqx_Status pqx_Video_InterpX_8U_16S(const uint8_t* pSrc, int srcStep, in
  * @param pSrc     reference block; one row below each row is read
  * @param srcStep  distance in bytes from a sample to the one below it; may differ from step
  * @param step     bytes from row to row of pSrc
- * @param pDst     packed block: rows of 8 or 16 elements
+ * @param pDst     packed block: rows of 8 or 16 elements; may overlap pSrc
  * @param width    8 means 8 columns, any other value 16
  * @param height   rows; 0 or less does nothing
  * @return #PQX_OK always
@@ -372,7 +380,7 @@ PQX_API pqx_Status pqx_Video_InterpY_8U_16S(const uint8_t* pSrc, int srcStep, in
  * @param pSrc     reference block; one column to the right and one row below are read
  * @param srcStep  distance in bytes from a sample to the one below it; may differ from step
  * @param step     bytes from row to row of pSrc
- * @param pDst     packed block: rows of 8 or 16 elements
+ * @param pDst     packed block: rows of 8 or 16 elements; may overlap pSrc
  * @param width    8 means 8 columns, any other value 16
  * @param height   rows; 0 or less does nothing
  * @return #PQX_OK always
@@ -435,7 +443,8 @@ PQX_API pqx_Status pqx_VideoInterpX_Y_XY_8U_comm(const uint8_t* pSrc, uint8_t* p
  * matrices of the annex.
  *
  * The reference is interpolated to twice the resolution in both directions. A prediction at grid position (x, y)
- * is made of the samples pRef[(y + 2r) * refStep + x + 2c] for r, c = 0..7; y * refStep is formed modulo 2^32.
+ * is made of the samples pRef[y * refStep + x + 2r * refStep + 2c] for r, c = 0..7. Of y * refStep the low 32 bits
+ * count, as a signed number; x is added to it in 64 bits.
  *
  * @param pRef     reference on the half-sample grid; 15x15 grid samples are spanned by each of the five
  *                 predictions
@@ -512,9 +521,10 @@ PQX_API uint32_t pqx_Video_SumAbsDiff_8U(const uint8_t* pSrc1, const uint8_t* pS
 /**
  * Forward 8x8 transform of signed samples.
  *
- * The arithmetic is mixed-precision: sums in single, products in double, every stored value rounded to single
- * precision. A result above -4096.5 is rounded to the nearest integer, exact halves of the single-precision value
- * upward; a lower one is z -> trunc(z + 4096.5) - 4096, kept modulo 2^16. Nothing saturates.
+ * The arithmetic is mixed-precision: sums and differences of samples or of row results in single precision, products
+ * with a constant and the sums of two such products in double, rounded to single precision. A result above -4096.5
+ * is rounded to the nearest integer, exact halves of the single-precision value upward; a lower one is z ->
+ * trunc(z + 4096.5) - 4096, kept modulo 2^16. Nothing saturates.
  *
  * @param pSrc  64 samples, row-major
  * @param pDst  64 coefficients; may equal or overlap pSrc
@@ -587,7 +597,10 @@ PQX_API pqx_Status pqx_Video_DCT8x8Inv_1Q_16S(const int16_t* pSrc, int16_t* pDst
 PQX_API pqx_Status pqx_Video_DCT8x8Inv_1Q_16S_8U(const int16_t* pSrc, uint8_t* pDst, int dstStep);
 
 /**
- * Inverse 8x8 transform of a DC alone: all samples are (DC + 4) >> 3. Differs from the full form on exact halves.
+ * Inverse 8x8 transform of a DC alone: all samples are (DC + 4) >> 3.
+ *
+ * Differs from pqx_Video_DCT8x8Inv_16S() on exact halves (a DC of 4 gives 1, not 0) and for every DC below -16388,
+ * where that form rounds toward zero.
  *
  * @param pSrc  the DC; no other coefficient is read
  * @param pDst  64 samples; may equal or overlap pSrc
@@ -598,6 +611,9 @@ PQX_API pqx_Status pqx_Video_DCT8x8Inv_DC_16S(const int16_t* pSrc, int16_t* pDst
 /**
  * Inverse 8x8 transform of a DC alone to pixels: all pixels are (DC + 4) >> 3, saturated to 0..255.
  *
+ * Differs from pqx_Video_DCT8x8Inv_16S_8U() for the 127 DCs 1028, 1036, ..., 2036, which are exact halves that the
+ * full form rounds down. The bright blocks of JPEG lie there: a decoder that mixes both forms depends on the choice.
+ *
  * @param pSrc     the DC; no other coefficient is read
  * @param pDst     8 rows of 8 pixels
  * @param dstStep  bytes from row to row of pDst, of either sign
@@ -607,7 +623,8 @@ PQX_API pqx_Status pqx_Video_DCT8x8Inv_DC_16S_8U(const int16_t* pSrc, uint8_t* p
 
 /**
  * Inverse 8x8 transform in integer arithmetic: rows, then columns, by the Chen-Wang factorization with constants
- * 2048 sqrt(2) cos(k pi/16). Meets IEEE 1180-1990. A lone DC gives (8 DC + 32) >> 6.
+ * 2048 sqrt(2) cos(k pi/16). Meets IEEE 1180-1990. A lone DC of -4096..4095 gives (8 DC + 32) >> 6; the row result
+ * of any other wraps.
  *
  * Row results are kept to their low 16 bits, all sums wrap, results are not clipped; coefficients in -2048..2047
  * of blocks from 9-bit samples never get there.
@@ -1330,7 +1347,7 @@ PQX_API pqx_Status pqx_Video_ColorYCC2RGB422_BL_8U(const uint8_t* pY, const uint
 
 /**
  * Converts a row of YCC 4:2:2 to BGRA pixels with linearly interpolated chroma, as
- * pqx_Video_ColorYCC2RGB422_BL_8U() does to RGB.
+ * pqx_Video_ColorYCC2RGB422_BL_8U() does to RGB. With n = max(len / 2, 1):
  *
  * @param pY    2n samples
  * @param pCb   n samples
@@ -1380,9 +1397,10 @@ PQX_API pqx_Status pqx_Video_ColorYCC2BGRA420_NN_8U(const uint8_t* pY0, const ui
  * pqx_Video_UpSample420_BL_8U() of n = max(len >> 1, 2) samples for Cb and for Cr, then
  * pqx_Video_ColorYCC2RGB444_8U() for each row.
  *
- * With an odd len of 5 or more the last pixel takes the interpolated chroma of its left neighbour. Rows longer
- * than 4096 pixels take scratch memory from pqx_Malloc(): four bytes for each pixel of len rounded up to a
- * multiple of 8.
+ * With an odd len of 5 or more the last pixel takes the interpolated chroma of its left neighbour: a last chroma
+ * sample of its own, which such a row has in a picture, is not read. Rows longer than 4096 pixels take scratch memory
+ * from pqx_Malloc(): four bytes for each pixel of len rounded up to a multiple of 8, which is more than there can be
+ * beyond 536,870,888 pixels.
  *
  * @param pY0    upper row: len samples
  * @param pY1    lower row: len samples
@@ -1405,7 +1423,7 @@ PQX_API pqx_Status pqx_Video_ColorYCC2RGB420_BL_8U(const uint8_t* pY0, const uin
 
 /**
  * Converts a pair of rows of YCC 4:2:0 to BGRA pixels with bilinearly interpolated chroma, as
- * pqx_Video_ColorYCC2RGB420_BL_8U() does to RGB.
+ * pqx_Video_ColorYCC2RGB420_BL_8U() does to RGB, with the same scratch memory. With n = max(len / 2, 2):
  *
  * @param pY0    upper row: len samples
  * @param pY1    lower row: len samples
@@ -1446,7 +1464,8 @@ PQX_API pqx_Status pqx_Video_ColorYCCK2CMYK444_8U(const uint8_t* pY, const uint8
 
 /**
  * Converts a row of 12-bit YCC 4:4:4, chroma centred on 2048, to RGB pixels, in single precision at a scale of
- * 2^20. With yf = Y * 1048576 - 2146959360 and cb = (Cb - 2048) << 20, cr alike, as 32-bit integers made float:
+ * 2^20. With yf = Y * 1048576 - 2146959360 in single precision and cb = (Cb - 2048) << 20, cr alike, as 32-bit
+ * integers converted to single precision:
  *
  *     R = cr * 1.402 + yf
  *     G = yf - cb * 0.34414 - cr * 0.71414
@@ -1470,6 +1489,9 @@ PQX_API pqx_Status pqx_Video_ColorYCC2RGB444_16S(const int16_t* pY, const int16_
 /**
  * @defgroup color_yuv_to_rgb YUV to RGB for display
  * RGB, ARGB, ABGR and RGBA pictures of studio-range Y, U and V; enlarged, and rectangles of a picture alone.
+ *
+ * Alpha is set to 0: where a display or a file takes it for opacity, the picture is invisible until the caller sets
+ * it, or ignores it.
  * @{
  */
 
@@ -1835,20 +1857,20 @@ PQX_API pqx_Status pqx_Video_ColorYUV2ABGR420_WX3_8U(const uint8_t* pY, int ySte
  */
 
 /**
- * Drops the alpha byte: A, B, G, R to R, G, B.
+ * Drops the alpha byte: A, B, G, R to R, G, B. In place each pixel is read whole before it is written.
  *
  * @param pSrc  len pixels of 4 bytes A, B, G, R
- * @param pDst  len pixels of 3 bytes R, G, B
+ * @param pDst  len pixels of 3 bytes R, G, B; may equal pSrc
  * @param len   pixels; 0 or less does nothing
  * @return #PQX_OK always
  */
 PQX_API pqx_Status pqx_Video_ColorABGR2RGB_8U(const uint8_t* pSrc, uint8_t* pDst, int len);
 
 /**
- * Drops the alpha byte: A, R, G, B to R, G, B.
+ * Drops the alpha byte: A, R, G, B to R, G, B. In place each pixel is read whole before it is written.
  *
  * @param pSrc  len pixels of 4 bytes A, R, G, B
- * @param pDst  len pixels of 3 bytes R, G, B
+ * @param pDst  len pixels of 3 bytes R, G, B; may equal pSrc
  * @param len   pixels; 0 or less does nothing
  * @return #PQX_OK always
  */
@@ -1898,7 +1920,7 @@ PQX_API pqx_Status pqx_Video_ColorRGB2BGR_8U_I(uint8_t* pSrcDst, int len);
  *
  * @param pSrc     height rows of width pixels
  * @param srcStep  pixels from row to row of pSrc
- * @param pDst     height rows of width pixels; may equal pSrc
+ * @param pDst     height rows of width pixels; may equal pSrc, with equal steps
  * @param dstStep  pixels from row to row of pDst
  * @param width    pixels in a row; 0 or less does nothing
  * @param height   rows; 0 or less does nothing

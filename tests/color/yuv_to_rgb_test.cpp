@@ -72,11 +72,11 @@ std::vector<Argument> zoomed(int zoom) {
   return arguments;
 }
 
-// The part of a plane that a rectangle covers, in samples of `pixel` bytes shared by `shared` x `shared` pixels.
-Argument window_of(int step, int shared, int zoom, int pixel) {
+// The part of a plane that a rectangle covers, in samples of `pixel` bytes; of chroma each is shared by 2x2 pixels.
+Argument window_of(int step, int chroma, int zoom, int pixel) {
   return touching<uint8_t>([=](Ints n) {
-    const int x0 = n[9] / shared, y0 = n[10] / shared;
-    const int x1 = (n[11] + shared - 1) / shared, y1 = (n[12] + shared - 1) / shared;
+    const int x0 = n[9] >> chroma, y0 = n[10] >> chroma;
+    const int x1 = (n[11] + chroma) >> chroma, y1 = (n[12] + chroma) >> chroma;
     std::vector<Span> spans;
     if (n[9] < n[11] && n[10] < n[12])
       for (int64_t row = zoom * y0; row < zoom * y1; ++row)
@@ -86,14 +86,14 @@ Argument window_of(int step, int shared, int zoom, int pixel) {
 }
 
 std::vector<Argument> window(int zoom) {
-  const Count x = [](Ints n) { return n[11]; };
-  const auto unread = test::size({}, -1, -1), corner = test::size({0, 1}, 0);
-  return {window_of(1, 1, 1, 1),
+  const Count x = [](Ints n) { return n[11] - std::min(n[9], 0); };
+  const auto unread = test::size({}, -1, -1), corner = test::size({0, 1});
+  return {window_of(1, 0, 1, 1),
           step(x),
-          window_of(4, 2, 1, 1),
-          window_of(4, 2, 1, 1),
+          window_of(4, 1, 1, 1),
+          window_of(4, 1, 1, 1),
           step(x),
-          window_of(6, 1, zoom, 4),
+          window_of(6, 0, zoom, 4),
           step(times(4 * zoom, x)),
           unread,
           unread,

@@ -62,6 +62,7 @@ class Expression {
         {{"==", std::equal_to<>()}},
         {{"<", std::less<>()}, {">", std::greater<>()}},
         {{"&", std::bit_and<>()}},
+        {{">>", [](int64_t a, int64_t b) { return a >> b; }}},
         {{"+", std::plus<>()}, {"-", std::minus<>()}},
         {{"*", std::multiplies<>()}, {"/", std::divides<>()}, {"%", std::modulus<>()}}};
     if (level == levels.size()) return primary();
