@@ -13,6 +13,7 @@ foreach(target IN LISTS targets)
 endforeach()
 install(TARGETS ${targets} EXPORT pqx_video INCLUDES DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 install(FILES include/pqx_video.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+install(FILES abi/contract.json DESTINATION ${CMAKE_INSTALL_DATADIR}/pqx_video)
 install(FILES LICENSE CHANGELOG.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
 
 set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/pqx_video)

@@ -1,6 +1,5 @@
 #!/usr/bin/env python3
-"""man.py XML FOOTPRINTS MAN3 VERSION: makes manual pages, one for each function, from Doxygen's XML and the manual's
-page of footprints.
+"""man.py XML MAN3 VERSION: makes manual pages, one for each function, from Doxygen's XML.
 
 Besides them: pqx_video(3), which holds for all of them, and pqx_video_tables(3), where the name of each table leads.
 """
@@ -13,10 +12,10 @@ from pathlib import Path
 INLINE = {"bold": "B", "emphasis": "I", "computeroutput": "I", "ref": None, "ulink": None, "highlight": None}
 SPECIAL = {"sp": " ", "ndash": "-", "mdash": " - ", "nonbreakablespace": " ", "linebreak": "\n"}
 BLOCKS = {"para", "itemizedlist", "verbatim", "preformatted", "parameterlist", "simplesect", "programlisting"}
-FOOTPRINTS = """The pages on the operations give the bytes that are read and written: a number of them, or rows of so
-many bytes, each of them so many bytes behind the one before it; from an offset, or from each of several; nothing where
-a number is below 1. Operators are those of C, division truncates toward zero, >> rounds
-down."""
+FOOTPRINTS = """What is said of a pointer tells the bytes that are read and written from it on: a number of them, or
+rows of so many bytes, each of them so many bytes behind the one before it; from an offset, or from each of several;
+nothing where a number is below 1. What may be read is not read by every call. Operators are those of C on integers wide
+enough, division truncates toward zero, >> rounds down, int32(x) keeps the low 32 bits of x as a signed number."""
 
 
 def escape(text):
@@ -113,26 +112,9 @@ def purpose(text):
     return escape(text[0].lower() + text[1:] if not text[:2].isupper() else text)
 
 
-def read_footprints(page):
-    """By function: what stands before the table, and its rows of arguments, kinds of access and formula."""
-    footprints, names, definitions = {}, [], ""
-    for line in page.read_text().split("\n\n"):
-        line = line.strip()
-        if line.startswith("pqx_"):
-            names, definitions = re.findall(r"(pqx_\w+)\(\)", line), re.sub(r"^.*\(\):? ?", "", line, flags=re.S)
-        elif line.startswith("with `"):
-            definitions = f"{definitions}; {line}".removeprefix("; ")
-        elif line.startswith("| argument") and names:
-            rows = [[cell.strip() for cell in row.strip("|").split("|")] for row in line.split("\n")[2:]]
-            footprints.update({name: (definitions, rows) for name in names})
-            names = []
-    return footprints
-
-
 class Library:
-    def __init__(self, directory, footprints, version):
+    def __init__(self, directory, version):
         self.version = version
-        self.footprints = read_footprints(footprints)
         root = lambda name: ElementTree.parse(directory / f"{name}.xml").getroot().find("compounddef")
         index = ElementTree.parse(directory / "index.xml").getroot()
         self.groups = [root(c.get("refid")) for c in index.findall("compound[@kind='group']")]
@@ -150,7 +132,7 @@ class Library:
     def head(self, names, purpose, prototypes):
         """The page up to its synopsis."""
         return (f'.\\" Made by docs/man.py from pqx_video.h.\n.TH {names[0]} 3 {self.date} '
-                f'"libpqx_video {self.version}" "pqx_video manual"\n'
+                f'"libpqx_video {self.version}" "pqx_video manual"\n.nh\n'
                 f".SH NAME\n{', '.join(names)} \\- {purpose}\n"
                 ".SH LIBRARY\nVideo and picture primitives\n.RI ( libpqx_video ,\\~ \\-lpqx_video )\n"
                 f".SH SYNOPSIS\n.nf\n.B #include <pqx_video.h>\n.PP\n{prototypes}.fi\n")
@@ -169,7 +151,6 @@ class Library:
             page += f".TP\n.I {item.find('parameternamelist/parametername').text}\n{text}"
         result = "".join(blocks(p, "") for p in member.findall(".//simplesect[@kind='return']/para"))
         page += f".SH RETURN VALUE\n{result.strip() or 'None'}.\n"
-        page += self.footprint(name)
         if single:
             note = "The function is exported under this name only."
         else:
@@ -201,18 +182,6 @@ class Library:
             lines[-1] += f'{escape(kind)}" {name} "{end}'
             width += len(kind) + len(name) + len(end)
         return "\n".join(lines) + '"\n'
-
-    def footprint(self, name):
-        """The bytes of each buffer."""
-        if name not in self.footprints:
-            return ""
-        code = lambda text: re.sub(r"`([^`]*)`", r"\\fI\1\\fR", escape(text).replace("\\(ga", "`"))
-        definitions, rows = self.footprints[name]
-        head = ", ".join(["Bytes from each pointer on"] + [code(" ".join(definitions.split()))] * bool(definitions))
-        page = f".SH FOOTPRINT\n{filled(head)}:\n"
-        for arguments, access, formula in rows:
-            page += f".TP\n{code(arguments)}\n{filled(code(access + ' ' + formula))}\n"
-        return page
 
     def see_also(self, name):
         """What the description names, and the neighbours in the header."""
@@ -278,8 +247,8 @@ def see_also(names):
     return ".SH SEE ALSO\n" + " ,\n".join(lines) + "\n"
 
 
-def main(xml, footprints, target, version):
-    library = Library(Path(xml), Path(footprints), version)
+def main(xml, target, version):
+    library = Library(Path(xml), version)
     pages = {name: library.function_page(name) for name in library.of_kind("function")}
     pages["pqx_video"] = library.overview()
     pages["pqx_video_tables"] = library.tables_page()

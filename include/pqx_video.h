@@ -147,8 +147,11 @@ PQX_API pqx_Status pqx_SetNumThreads(int32_t numThreads);
 /**
  * Copies a block of 8 or 16 columns, row after row.
  *
- * @param pSrc    reference block
- * @param pDst    prediction; may equal pSrc, or overlap rows of it that are already done
+ * With `w = width == 8 ? 8 : 16`:
+ *
+ * @param pSrc    reference block. Reads `height rows of w bytes, step apart`.
+ * @param pDst    prediction. Writes `height rows of w bytes, step apart`. May equal `pSrc`, or overlap rows of it
+ *                that are done.
  * @param step    bytes from row to row of both
  * @param width   8 means 8 columns, any other value 16
  * @param height  rows; 0 or less does nothing
@@ -159,8 +162,11 @@ PQX_API pqx_Status pqx_Video_CopyRef_8U(const uint8_t* pSrc, uint8_t* pDst, int 
 /**
  * Averages a block into a prediction, row after row: pSrcDst = (pSrc + pSrcDst + 1) >> 1.
  *
- * @param pSrc     reference block
- * @param pSrcDst  prediction, in place; may equal pSrc, or overlap rows of it that are already done
+ * With `w = width / 8 * 8`:
+ *
+ * @param pSrc     reference block. Reads `height rows of w bytes, step apart`.
+ * @param pSrcDst  prediction, in place. Reads and writes `height rows of w bytes, step apart`. May equal `pSrc`, or
+ *                 overlap rows of it that are done.
  * @param step     bytes from row to row of both
  * @param width    columns, rounded down to a multiple of 8; below 8 does nothing
  * @param height   rows; 0 or less does nothing
@@ -171,12 +177,15 @@ PQX_API pqx_Status pqx_Video_CopyRefAve_8U(const uint8_t* pSrc, uint8_t* pSrcDst
 /**
  * Copies a block, widening its samples to 16 bits.
  *
- * @param pSrc     reference block
+ * With `w = width / 2 * 2`:
+ *
+ * @param pSrc     reference block. Reads `height rows of w bytes, srcStep apart`.
  * @param srcStep  bytes from row to row of pSrc
- * @param pDst     packed block: rows of width elements, of which an odd last one is left as it is. Where it
- *                 overlaps the source, the samples are taken in pairs one after the other.
- * @param width    columns, rounded down to a multiple of 2 (but the rows of pDst stay width elements long); below
- *                 2 does nothing
+ * @param pDst     packed block; an odd last element of a row is left as it is; where it overlaps the source, samples
+ *                 are taken in pairs one after the other. Writes `height rows of 2 * w bytes, 2 * width apart`. May
+ *                 overlap `pSrc`.
+ * @param width    columns, rounded down to a multiple of 2 (but the rows of pDst stay width elements long); below 2
+ *                 does nothing
  * @param height   rows; 0 or less does nothing
  * @return #PQX_OK always
  */
@@ -185,11 +194,13 @@ PQX_API pqx_Status pqx_Video_CopyRef_8U_16S(const uint8_t* pSrc, int srcStep, in
 /**
  * Mean of two predictions, exact halves downward: (a + b) >> 1.
  *
- * @param pSrc1     first prediction a
+ * With `w = width == 2 || width == 4 || width == 8 ? width : 16` and `h = (height + 3) / 4 * 4`:
+ *
+ * @param pSrc1     first prediction a. Reads `h rows of w bytes, src1Step apart`.
  * @param src1Step  bytes from row to row of pSrc1
- * @param pSrc2     second prediction b
+ * @param pSrc2     second prediction b. Reads `h rows of w bytes, src2Step apart`.
  * @param src2Step  bytes from row to row of pSrc2
- * @param pDst      result; may equal a source
+ * @param pDst      result. Writes `h rows of w bytes, dstStep apart`. May equal `pSrc1` or `pSrc2`.
  * @param dstStep   bytes from row to row of pDst
  * @param width     2, 4 or 8 columns; any other value means 16
  * @param height    rows, in bands of four: rounded up to a multiple of 4; 0 or less does nothing
@@ -201,11 +212,13 @@ PQX_API pqx_Status pqx_Video_Average2NoRnd_8U(const uint8_t* pSrc1, int src1Step
 /**
  * Mean of two predictions, exact halves upward: (a + b + 1) >> 1.
  *
- * @param pSrc1     first prediction a
+ * With `w = width == 2 || width == 4 || width == 8 ? width : 16` and `h = (height + 3) / 4 * 4`:
+ *
+ * @param pSrc1     first prediction a. Reads `h rows of w bytes, src1Step apart`.
  * @param src1Step  bytes from row to row of pSrc1
- * @param pSrc2     second prediction b
+ * @param pSrc2     second prediction b. Reads `h rows of w bytes, src2Step apart`.
  * @param src2Step  bytes from row to row of pSrc2
- * @param pDst      result; may equal a source
+ * @param pDst      result. Writes `h rows of w bytes, dstStep apart`. May equal `pSrc1` or `pSrc2`.
  * @param dstStep   bytes from row to row of pDst
  * @param width     2, 4 or 8 columns; any other value means 16
  * @param height    rows, in bands of four: rounded up to a multiple of 4; 0 or less does nothing
@@ -218,11 +231,14 @@ PQX_API pqx_Status pqx_Video_Average2Rnd_8U(const uint8_t* pSrc1, int src1Step, 
  * Mean of two predictions, exact halves downward, averaged into a third: t = (a + b) >> 1, d = (t + d + 1) >> 1.
  * The second mean rounds halves upward in both forms.
  *
- * @param pSrc1     first prediction a
+ * With `w = width == 2 || width == 4 || width == 8 ? width : 16` and `h = (height + 3) / 4 * 4`:
+ *
+ * @param pSrc1     first prediction a. Reads `h rows of w bytes, src1Step apart`.
  * @param src1Step  bytes from row to row of pSrc1
- * @param pSrc2     second prediction b
+ * @param pSrc2     second prediction b. Reads `h rows of w bytes, src2Step apart`.
  * @param src2Step  bytes from row to row of pSrc2
- * @param pSrcDst   third prediction d, replaced by the result; may equal a source
+ * @param pSrcDst   third prediction d, replaced by the result. Reads and writes `h rows of w bytes, dstStep apart`.
+ *                  May equal `pSrc1` or `pSrc2`.
  * @param dstStep   bytes from row to row of pSrcDst
  * @param width     2, 4 or 8 columns; any other value means 16
  * @param height    rows, in bands of four: rounded up to a multiple of 4; 0 or less does nothing
@@ -235,11 +251,14 @@ PQX_API pqx_Status pqx_Video_Average3NoRnd_8U(const uint8_t* pSrc1, int src1Step
  * Mean of two predictions, exact halves upward, averaged into a third: t = (a + b + 1) >> 1, d = (t + d + 1) >> 1.
  * The second mean rounds halves upward in both forms.
  *
- * @param pSrc1     first prediction a
+ * With `w = width == 2 || width == 4 || width == 8 ? width : 16` and `h = (height + 3) / 4 * 4`:
+ *
+ * @param pSrc1     first prediction a. Reads `h rows of w bytes, src1Step apart`.
  * @param src1Step  bytes from row to row of pSrc1
- * @param pSrc2     second prediction b
+ * @param pSrc2     second prediction b. Reads `h rows of w bytes, src2Step apart`.
  * @param src2Step  bytes from row to row of pSrc2
- * @param pSrcDst   third prediction d, replaced by the result; may equal a source
+ * @param pSrcDst   third prediction d, replaced by the result. Reads and writes `h rows of w bytes, dstStep apart`.
+ *                  May equal `pSrc1` or `pSrc2`.
  * @param dstStep   bytes from row to row of pSrcDst
  * @param width     2, 4 or 8 columns; any other value means 16
  * @param height    rows, in bands of four: rounded up to a multiple of 4; 0 or less does nothing
@@ -251,9 +270,9 @@ PQX_API pqx_Status pqx_Video_Average3Rnd_8U(const uint8_t* pSrc1, int src1Step, 
 /**
  * Adds an 8x8 block of residuals to a prediction, in place, saturating to 0..255.
  *
- * @param pSrc     64 residuals of any value, row-major. Where they overlap the picture, samples are taken one
- *                 after the other, row after row.
- * @param pSrcDst  8 rows of 8 samples
+ * @param pSrc     residuals of any value, row-major, taken one after the other, row after row, where they overlap the
+ *                 picture. Reads `128 bytes`. May overlap `pSrcDst`.
+ * @param pSrcDst  samples of the picture. Reads and writes `8 rows of 8 bytes, step apart`.
  * @param step     bytes from row to row of pSrcDst, of any value
  * @return #PQX_OK always
  */
@@ -263,8 +282,11 @@ PQX_API pqx_Status pqx_Video_AddBlock_16S_8U_I(const int16_t* pSrc, uint8_t* pSr
  * Interpolates a block at a horizontal half-sample position: (a + b + 1) >> 1, with the sample b to the right of
  * a.
  *
- * @param pSrc    reference block; one column to the right of the block is read
- * @param pDst    prediction; may overlap pSrc
+ * With `w = width / 8 * 8` and `wide = w > 0 ? w + 1 : 0`:
+ *
+ * @param pSrc    reference block; one column to the right of the block is read. Reads `height rows of wide bytes,
+ *                step apart`.
+ * @param pDst    prediction. Writes `height rows of w bytes, step apart`. May overlap `pSrc`.
  * @param step    bytes from row to row of both
  * @param width   columns, rounded down to a multiple of 8; below 8 does nothing
  * @param height  rows; 0 or less does nothing
@@ -276,8 +298,11 @@ PQX_API pqx_Status pqx_Video_InterpX_8U(const uint8_t* pSrc, uint8_t* pDst, int 
  * Interpolates a block at a vertical half-sample position: (a + c + 1) >> 1, with the sample c = pSrc[i + srcStep]
  * below a.
  *
- * @param pSrc     reference block; one row below each row is read
- * @param pDst     prediction; may overlap pSrc
+ * With `w = width / 4 * 4`:
+ *
+ * @param pSrc     reference block; one row below each row is read. Reads `height rows of w bytes, step apart, from 0,
+ *                 srcStep`.
+ * @param pDst     prediction. Writes `height rows of w bytes, step apart`. May overlap `pSrc`.
  * @param srcStep  distance in bytes from a sample to the one below it; may differ from step
  * @param step     bytes from row to row of both
  * @param width    columns, rounded down to a multiple of 4; below 4 does nothing
@@ -291,8 +316,11 @@ PQX_API pqx_Status pqx_Video_InterpY_8U(const uint8_t* pSrc, uint8_t* pDst, int 
  * Interpolates a block at a diagonal half-sample position: (a + b + c + e + 2) >> 2, with b to the right of a, c =
  * pSrc[i + srcStep] below a, e to the right of c.
  *
- * @param pSrc     reference block; one column to the right and one row below are read
- * @param pDst     prediction; may overlap pSrc
+ * With `w = width / 4 * 4` and `wide = w > 0 ? w + 1 : 0`:
+ *
+ * @param pSrc     reference block; one column to the right and one row below are read. Reads
+ *                 `height rows of wide bytes, step apart, from 0, srcStep`.
+ * @param pDst     prediction. Writes `height rows of w bytes, step apart`. May overlap `pSrc`.
  * @param srcStep  distance in bytes from a sample to the one below it; may differ from step
  * @param step     bytes from row to row of both
  * @param width    columns, rounded down to a multiple of 4; below 4 does nothing
@@ -306,8 +334,11 @@ PQX_API pqx_Status pqx_Video_InterpXY_8U(const uint8_t* pSrc, uint8_t* pDst, int
  * Interpolates a block at a horizontal half-sample position and averages it into a prediction d, rounding once:
  * (2d + a + b + 3) >> 2, with the sample b to the right of a.
  *
- * @param pSrc     reference block; one column to the right of the block is read
- * @param pSrcDst  prediction d, in place; may overlap pSrc
+ * With `w = width / 4 * 4` and `wide = w > 0 ? w + 1 : 0`:
+ *
+ * @param pSrc     reference block; one column to the right of the block is read. Reads `height rows of wide bytes,
+ *                 step apart`.
+ * @param pSrcDst  prediction d, in place. Reads and writes `height rows of w bytes, step apart`. May overlap `pSrc`.
  * @param step     bytes from row to row of both
  * @param width    columns, rounded down to a multiple of 4; below 4 does nothing
  * @param height   rows; 0 or less does nothing
@@ -319,8 +350,11 @@ PQX_API pqx_Status pqx_Video_InterpAveX_8U(const uint8_t* pSrc, uint8_t* pSrcDst
  * Interpolates a block at a vertical half-sample position and averages it into a prediction d, rounding once:
  * (2d + a + c + 3) >> 2, with the sample c = pSrc[i + srcStep] below a.
  *
- * @param pSrc     reference block; one row below each row is read
- * @param pSrcDst  prediction d, in place; may overlap pSrc
+ * With `w = width / 4 * 4`:
+ *
+ * @param pSrc     reference block; one row below each row is read. Reads `height rows of w bytes, step apart, from 0,
+ *                 srcStep`.
+ * @param pSrcDst  prediction d, in place. Reads and writes `height rows of w bytes, step apart`. May overlap `pSrc`.
  * @param srcStep  distance in bytes from a sample to the one below it; may differ from step
  * @param step     bytes from row to row of both
  * @param width    columns, rounded down to a multiple of 4; below 4 does nothing
@@ -334,8 +368,11 @@ PQX_API pqx_Status pqx_Video_InterpAveY_8U(const uint8_t* pSrc, uint8_t* pSrcDst
  * Interpolates a block at a diagonal half-sample position and averages it into a prediction d, rounding once:
  * (4d + a + b + c + e + 6) >> 3, with b to the right of a, c = pSrc[i + srcStep] below a, e to the right of c.
  *
- * @param pSrc     reference block; one column to the right and one row below are read
- * @param pSrcDst  prediction d, in place; may overlap pSrc
+ * With `w = width / 4 * 4` and `wide = w > 0 ? w + 1 : 0`:
+ *
+ * @param pSrc     reference block; one column to the right and one row below are read. Reads
+ *                 `height rows of wide bytes, step apart, from 0, srcStep`.
+ * @param pSrcDst  prediction d, in place. Reads and writes `height rows of w bytes, step apart`. May overlap `pSrc`.
  * @param srcStep  distance in bytes from a sample to the one below it; may differ from step
  * @param step     bytes from row to row of both
  * @param width    columns, rounded down to a multiple of 4; below 4 does nothing
@@ -349,9 +386,12 @@ PQX_API pqx_Status pqx_Video_InterpAveXY_8U(const uint8_t* pSrc, uint8_t* pSrcDs
  * Interpolates a block at a horizontal half-sample position into 16-bit elements: (a + b + 1) >> 1, with the
  * sample b to the right of a.
  *
- * @param pSrc     reference block; one column to the right of the block is read
+ * With `w = width == 8 ? 8 : 16`:
+ *
+ * @param pSrc     reference block; one column to the right of the block is read. Reads `height rows of w + 1 bytes,
+ *                 srcStep apart`.
  * @param srcStep  bytes from row to row of pSrc
- * @param pDst     packed block: rows of 8 or 16 elements; may overlap pSrc
+ * @param pDst     packed block. Writes `2 * w * height bytes`. May overlap `pSrc`.
  * @param width    8 means 8 columns, any other value 16
  * @param height   rows; 0 or less does nothing
  * @return #PQX_OK always
@@ -362,10 +402,13 @@ PQX_API pqx_Status pqx_Video_InterpX_8U_16S(const uint8_t* pSrc, int srcStep, in
  * Interpolates a block at a vertical half-sample position into 16-bit elements: (a + c + 1) >> 1, with the sample
  * c = pSrc[i + srcStep] below a.
  *
- * @param pSrc     reference block; one row below each row is read
+ * With `w = width == 8 ? 8 : 16`:
+ *
+ * @param pSrc     reference block; one row below each row is read. Reads `height rows of w bytes, step apart, from 0,
+ *                 srcStep`.
  * @param srcStep  distance in bytes from a sample to the one below it; may differ from step
  * @param step     bytes from row to row of pSrc
- * @param pDst     packed block: rows of 8 or 16 elements; may overlap pSrc
+ * @param pDst     packed block. Writes `2 * w * height bytes`. May overlap `pSrc`.
  * @param width    8 means 8 columns, any other value 16
  * @param height   rows; 0 or less does nothing
  * @return #PQX_OK always
@@ -377,10 +420,13 @@ PQX_API pqx_Status pqx_Video_InterpY_8U_16S(const uint8_t* pSrc, int srcStep, in
  * Interpolates a block at a diagonal half-sample position into 16-bit elements: (a + b + c + e + 2) >> 2, with b
  * to the right of a, c = pSrc[i + srcStep] below a, e to the right of c.
  *
- * @param pSrc     reference block; one column to the right and one row below are read
+ * With `w = width == 8 ? 8 : 16`:
+ *
+ * @param pSrc     reference block; one column to the right and one row below are read. Reads
+ *                 `height rows of w + 1 bytes, step apart, from 0, srcStep`.
  * @param srcStep  distance in bytes from a sample to the one below it; may differ from step
  * @param step     bytes from row to row of pSrc
- * @param pDst     packed block: rows of 8 or 16 elements; may overlap pSrc
+ * @param pDst     packed block. Writes `2 * w * height bytes`. May overlap `pSrc`.
  * @param width    8 means 8 columns, any other value 16
  * @param height   rows; 0 or less does nothing
  * @return #PQX_OK always
@@ -395,13 +441,15 @@ PQX_API pqx_Status pqx_Video_InterpXY_8U_16S(const uint8_t* pSrc, int srcStep, i
  * Width 16 is handed to pqx_VideoInterpX_Y_XY_8U_w16(), widths other than 8 and 16 to
  * pqx_VideoInterpX_Y_XY_8U_comm().
  *
- * @param pSrc    reference block
+ * Needs `width > 0`. With `h = max(height, 1)`:
+ *
+ * @param pSrc    reference block. Reads `h rows of width bytes, step apart`.
  * @param step    bytes from row to row of the source and of all three results
  * @param width   columns, 1 or more
  * @param height  rows; below 1 is taken as 1: the last row is always written
- * @param pDstX   horizontal positions: (a + b + 1) >> 1
- * @param pDstY   vertical positions: (a + c + 1) >> 1
- * @param pDstXY  diagonal positions: (a + b + c + e + 2) >> 2
+ * @param pDstX   horizontal positions: (a + b + 1) >> 1. Writes `h rows of width bytes, step apart`.
+ * @param pDstY   vertical positions: (a + c + 1) >> 1. Writes `h rows of width bytes, step apart`.
+ * @param pDstXY  diagonal positions: (a + b + c + e + 2) >> 2. Writes `h rows of width bytes, step apart`.
  * @return #PQX_OK always
  */
 PQX_API pqx_Status pqx_Video_InterpX_Y_XY_8U(const uint8_t* pSrc, int step, int width, int height, uint8_t* pDstX,
@@ -410,10 +458,12 @@ PQX_API pqx_Status pqx_Video_InterpX_Y_XY_8U(const uint8_t* pSrc, int step, int 
 /**
  * Does the work of pqx_Video_InterpX_Y_XY_8U() for 16 columns. Exported under this name only.
  *
- * @param pSrc    reference block
- * @param pDstX   horizontal positions: (a + b + 1) >> 1
- * @param pDstY   vertical positions: (a + c + 1) >> 1
- * @param pDstXY  diagonal positions: (a + b + c + e + 2) >> 2
+ * With `h = max(height, 1)`:
+ *
+ * @param pSrc    reference block. Reads `h rows of 16 bytes, step apart`.
+ * @param pDstX   horizontal positions: (a + b + 1) >> 1. Writes `h rows of 16 bytes, step apart`.
+ * @param pDstY   vertical positions: (a + c + 1) >> 1. Writes `h rows of 16 bytes, step apart`.
+ * @param pDstXY  diagonal positions: (a + b + c + e + 2) >> 2. Writes `h rows of 16 bytes, step apart`.
  * @param step    bytes from row to row of the source and of all three results
  * @param height  rows; below 1 is taken as 1
  * @return #PQX_OK always
@@ -424,10 +474,12 @@ PQX_API pqx_Status pqx_VideoInterpX_Y_XY_8U_w16(const uint8_t* pSrc, uint8_t* pD
 /**
  * Does the work of pqx_Video_InterpX_Y_XY_8U() for any number of columns. Exported under this name only.
  *
- * @param pSrc    reference block
- * @param pDstX   horizontal positions: (a + b + 1) >> 1
- * @param pDstY   vertical positions: (a + c + 1) >> 1
- * @param pDstXY  diagonal positions: (a + b + c + e + 2) >> 2
+ * Needs `width > 0`. With `h = max(height, 1)`:
+ *
+ * @param pSrc    reference block. Reads `h rows of width bytes, step apart`.
+ * @param pDstX   horizontal positions: (a + b + 1) >> 1. Writes `h rows of width bytes, step apart`.
+ * @param pDstY   vertical positions: (a + c + 1) >> 1. Writes `h rows of width bytes, step apart`.
+ * @param pDstXY  diagonal positions: (a + b + c + e + 2) >> 2. Writes `h rows of width bytes, step apart`.
  * @param step    bytes from row to row of the source and of all three results
  * @param width   columns, 1 or more
  * @param height  rows; below 1 is taken as 1
@@ -446,10 +498,14 @@ PQX_API pqx_Status pqx_VideoInterpX_Y_XY_8U_comm(const uint8_t* pSrc, uint8_t* p
  * is made of the samples pRef[y * refStep + x + 2r * refStep + 2c] for r, c = 0..7. Of y * refStep the low 32 bits
  * count, as a signed number; x is added to it in 64 bits.
  *
- * @param pRef     reference on the half-sample grid; 15x15 grid samples are spanned by each of the five
- *                 predictions
+ * With `cur = int32(curY * refStep) + curX`, `above = int32(aboveY * refStep) + aboveX`,
+ * `below = int32(belowY * refStep) + belowX`, `left = int32(leftY * refStep) + leftX` and
+ * `right = int32(rightY * refStep) + rightX`:
+ *
+ * @param pRef     reference on the half-sample grid; 15x15 grid samples are spanned by each of the five predictions.
+ *                 May read `8 rows of 15 bytes, 2 * refStep apart, from cur, above, below, left, right`.
  * @param refStep  bytes from grid row to grid row
- * @param pDst     8 rows of 8 samples
+ * @param pDst     prediction. Writes `8 rows of 8 bytes, dstStep apart`.
  * @param dstStep  bytes from row to row of pDst
  * @param curX     column of the prediction with the motion of the block itself
  * @param curY     row of the prediction with the motion of the block itself
@@ -470,9 +526,14 @@ PQX_API pqx_Status pqx_Video_H263OverlappedMC_8U(const uint8_t* pRef, int refSte
 /**
  * Overlapped motion compensation of an 8x8 luma block into 16-bit elements, as pqx_Video_H263OverlappedMC_8U().
  *
- * @param pRef     reference on the half-sample grid
+ * With `cur = int32(curY * refStep) + curX`, `above = int32(aboveY * refStep) + aboveX`,
+ * `below = int32(belowY * refStep) + belowX`, `left = int32(leftY * refStep) + leftX` and
+ * `right = int32(rightY * refStep) + rightX`:
+ *
+ * @param pRef     reference on the half-sample grid. May read `8 rows of 15 bytes, 2 * refStep apart, from cur,
+ *                 above, below, left, right`.
  * @param refStep  bytes from grid row to grid row
- * @param pDst     64 elements, row-major
+ * @param pDst     prediction, row-major. Writes `128 bytes`.
  * @param curX     column of the prediction with the motion of the block itself
  * @param curY     row of the prediction with the motion of the block itself
  * @param aboveX   column of the prediction with the motion of the block above
@@ -492,8 +553,10 @@ PQX_API pqx_Status pqx_Video_H263OverlappedMC_8U_16S(const uint8_t* pRef, int re
 /**
  * Sum of absolute differences of two blocks, the cost of a candidate in motion search.
  *
- * @param pSrc1   first block
- * @param pSrc2   second block
+ * With `w = (width + 7) / 8 * 8`:
+ *
+ * @param pSrc1   first block. Reads `height rows of w bytes, step apart`.
+ * @param pSrc2   second block. Reads `height rows of w bytes, step apart`.
  * @param step    bytes from row to row of both
  * @param width   columns, rounded up to a multiple of 8; below 1 sums nothing
  * @param height  rows; below 1 sums nothing
@@ -526,8 +589,8 @@ PQX_API uint32_t pqx_Video_SumAbsDiff_8U(const uint8_t* pSrc1, const uint8_t* pS
  * is rounded to the nearest integer, exact halves of the single-precision value upward; a lower one is z ->
  * trunc(z + 4096.5) - 4096, kept modulo 2^16. Nothing saturates.
  *
- * @param pSrc  64 samples, row-major
- * @param pDst  64 coefficients; may equal or overlap pSrc
+ * @param pSrc  samples, row-major. Reads `128 bytes`.
+ * @param pDst  coefficients. Writes `128 bytes`. May overlap `pSrc`.
  * @return #PQX_OK always
  */
 PQX_API pqx_Status pqx_Video_DCT8x8Fwd_16S(const int16_t* pSrc, int16_t* pDst);
@@ -535,8 +598,8 @@ PQX_API pqx_Status pqx_Video_DCT8x8Fwd_16S(const int16_t* pSrc, int16_t* pDst);
 /**
  * Forward 8x8 transform of samples of up to 12 bits: the same as pqx_Video_DCT8x8Fwd_16S(), which it calls.
  *
- * @param pSrc  64 samples, row-major
- * @param pDst  64 coefficients; may equal or overlap pSrc
+ * @param pSrc  samples, row-major. Reads `128 bytes`.
+ * @param pDst  coefficients. Writes `128 bytes`. May overlap `pSrc`.
  * @return #PQX_OK always
  */
 PQX_API pqx_Status pqx_Video_DCT8x8Fwd_12S_16S(const int16_t* pSrc, int16_t* pDst);
@@ -544,9 +607,9 @@ PQX_API pqx_Status pqx_Video_DCT8x8Fwd_12S_16S(const int16_t* pSrc, int16_t* pDs
 /**
  * Forward 8x8 transform of pixels, with the arithmetic of pqx_Video_DCT8x8Fwd_16S(). The DC lies in 0..2040.
  *
- * @param pSrc     8 rows of 8 pixels, 0..255
+ * @param pSrc     pixels, 0..255. Reads `8 rows of 8 bytes, srcStep apart`.
  * @param srcStep  bytes from row to row of pSrc, of either sign
- * @param pDst     64 coefficients
+ * @param pDst     coefficients. Writes `128 bytes`.
  * @return #PQX_OK always
  */
 PQX_API pqx_Status pqx_Video_DCT8x8Fwd_8U_16S(const uint8_t* pSrc, int srcStep, int16_t* pDst);
@@ -558,8 +621,8 @@ PQX_API pqx_Status pqx_Video_DCT8x8Fwd_8U_16S(const uint8_t* pSrc, int srcStep, 
  * 0.99999999664: an exact half that comes from the DC alone falls just below (a lone DC of 4 gives 0, of 12
  * gives 1). Below -2048.5 it is truncated toward zero, and values wrap modulo 2^16; nothing saturates.
  *
- * @param pSrc  64 coefficients
- * @param pDst  64 samples, row-major; may equal or overlap pSrc
+ * @param pSrc  coefficients. Reads `128 bytes`.
+ * @param pDst  samples, row-major. Writes `128 bytes`. May overlap `pSrc`.
  * @return #PQX_OK always
  */
 PQX_API pqx_Status pqx_Video_DCT8x8Inv_16S(const int16_t* pSrc, int16_t* pDst);
@@ -568,8 +631,8 @@ PQX_API pqx_Status pqx_Video_DCT8x8Inv_16S(const int16_t* pSrc, int16_t* pDst);
  * Inverse 8x8 transform to pixels: rounded to the nearest integer and saturated to 0..255. A lone DC on an exact
  * half (4, 12, ...) rounds upward up to 1020 and downward from 1028.
  *
- * @param pSrc     64 coefficients
- * @param pDst     8 rows of 8 pixels
+ * @param pSrc     coefficients. Reads `128 bytes`.
+ * @param pDst     pixels. Writes `8 rows of 8 bytes, dstStep apart`.
  * @param dstStep  bytes from row to row of pDst, of either sign
  * @return #PQX_OK always
  */
@@ -579,8 +642,8 @@ PQX_API pqx_Status pqx_Video_DCT8x8Inv_16S_8U(const int16_t* pSrc, uint8_t* pDst
  * Inverse 8x8 transform of the top-left quarter of a block: pqx_Video_DCT8x8Inv_16S() with every coefficient of
  * u > 3 or v > 3 taken as zero, bit for bit. Only the 16 coefficients with u < 4 and v < 4 are read.
  *
- * @param pSrc  block of coefficients, of which elements 0..3, 8..11, 16..19 and 24..27 are read
- * @param pDst  64 samples, row-major; may equal or overlap pSrc
+ * @param pSrc  block of coefficients. Reads `4 rows of 8 bytes, 16 apart`.
+ * @param pDst  samples, row-major. Writes `128 bytes`. May overlap `pSrc`.
  * @return #PQX_OK always
  */
 PQX_API pqx_Status pqx_Video_DCT8x8Inv_1Q_16S(const int16_t* pSrc, int16_t* pDst);
@@ -589,8 +652,8 @@ PQX_API pqx_Status pqx_Video_DCT8x8Inv_1Q_16S(const int16_t* pSrc, int16_t* pDst
  * Inverse 8x8 transform of the top-left quarter of a block to pixels: pqx_Video_DCT8x8Inv_16S_8U() with every
  * coefficient of u > 3 or v > 3 taken as zero, bit for bit.
  *
- * @param pSrc     block of coefficients, of which elements 0..3, 8..11, 16..19 and 24..27 are read
- * @param pDst     8 rows of 8 pixels
+ * @param pSrc     block of coefficients. Reads `4 rows of 8 bytes, 16 apart`.
+ * @param pDst     pixels. Writes `8 rows of 8 bytes, dstStep apart`.
  * @param dstStep  bytes from row to row of pDst, of either sign
  * @return #PQX_OK always
  */
@@ -602,8 +665,8 @@ PQX_API pqx_Status pqx_Video_DCT8x8Inv_1Q_16S_8U(const int16_t* pSrc, uint8_t* p
  * Differs from pqx_Video_DCT8x8Inv_16S() on exact halves (a DC of 4 gives 1, not 0) and for every DC below -16388,
  * where that form rounds toward zero.
  *
- * @param pSrc  the DC; no other coefficient is read
- * @param pDst  64 samples; may equal or overlap pSrc
+ * @param pSrc  block of coefficients, or its DC alone. Reads `2 bytes`.
+ * @param pDst  samples. Writes `128 bytes`. May overlap `pSrc`.
  * @return #PQX_OK always
  */
 PQX_API pqx_Status pqx_Video_DCT8x8Inv_DC_16S(const int16_t* pSrc, int16_t* pDst);
@@ -614,8 +677,8 @@ PQX_API pqx_Status pqx_Video_DCT8x8Inv_DC_16S(const int16_t* pSrc, int16_t* pDst
  * Differs from pqx_Video_DCT8x8Inv_16S_8U() for the 127 DCs 1028, 1036, ..., 2036, which are exact halves that the
  * full form rounds down. The bright blocks of JPEG lie there: a decoder that mixes both forms depends on the choice.
  *
- * @param pSrc     the DC; no other coefficient is read
- * @param pDst     8 rows of 8 pixels
+ * @param pSrc     block of coefficients, or its DC alone. Reads `2 bytes`.
+ * @param pDst     pixels. Writes `8 rows of 8 bytes, dstStep apart`.
  * @param dstStep  bytes from row to row of pDst, of either sign
  * @return #PQX_OK always
  */
@@ -629,8 +692,8 @@ PQX_API pqx_Status pqx_Video_DCT8x8Inv_DC_16S_8U(const int16_t* pSrc, uint8_t* p
  * Row results are kept to their low 16 bits, all sums wrap, results are not clipped; coefficients in -2048..2047
  * of blocks from 9-bit samples never get there.
  *
- * @param pSrc  64 coefficients
- * @param pDst  64 samples, row-major; may equal or overlap pSrc
+ * @param pSrc  coefficients. Reads `128 bytes`.
+ * @param pDst  samples, row-major. Writes `128 bytes`. May overlap `pSrc`.
  * @return #PQX_OK always
  */
 PQX_API pqx_Status pqx_Video_DCT8x8Inv_IEEE_16S(const int16_t* pSrc, int16_t* pDst);
@@ -639,8 +702,8 @@ PQX_API pqx_Status pqx_Video_DCT8x8Inv_IEEE_16S(const int16_t* pSrc, int16_t* pD
  * Inverse 8x8 transform of the top-left quarter of a block and of coefficient 63, for blocks whose mismatch
  * control (as in MPEG-2) touched that coefficient: pqx_Video_DCT8x8Inv_1Q_16S() with one more input.
  *
- * @param pSrc  block of coefficients, of which elements 0..3, 8..11, 16..19, 24..27 and 63 are read
- * @param pDst  64 samples, row-major; may equal or overlap pSrc
+ * @param pSrc  block of coefficients. Reads `4 rows of 8 bytes, 16 apart and 2 bytes, from 126`.
+ * @param pDst  samples, row-major. Writes `128 bytes`. May overlap `pSrc`.
  * @return #PQX_OK always
  */
 PQX_API pqx_Status pqx_Video_DCT8x8Inv_1Q_Mismatch_16S(const int16_t* pSrc, int16_t* pDst);
@@ -649,8 +712,8 @@ PQX_API pqx_Status pqx_Video_DCT8x8Inv_1Q_Mismatch_16S(const int16_t* pSrc, int1
  * Forward 2x2 transform: with the samples a, b / c, d it gives (a + b + c + d) >> 1, (a - b + c - d) >> 1,
  * (a + b - c - d) >> 1 and (a - b - c + d) >> 1.
  *
- * @param pSrc  4 samples, row-major
- * @param pDst  4 coefficients; may equal or overlap pSrc
+ * @param pSrc  samples, row-major. Reads `8 bytes`.
+ * @param pDst  coefficients. Writes `8 bytes`. May overlap `pSrc`.
  * @return #PQX_OK always
  */
 PQX_API pqx_Status pqx_Video_DCT2x2Fwd_16S(const int16_t* pSrc, int16_t* pDst);
@@ -659,8 +722,8 @@ PQX_API pqx_Status pqx_Video_DCT2x2Fwd_16S(const int16_t* pSrc, int16_t* pDst);
  * Forward 4x4 transform of signed samples, in single precision at four times the orthonormal scale. A result z
  * becomes trunc(z) >> 2: rounded toward zero, then downward (an exact -0.5 gives -1, +0.5 gives 0).
  *
- * @param pSrc  16 samples, row-major
- * @param pDst  16 coefficients, element 4*u + v; may equal or overlap pSrc
+ * @param pSrc  samples, row-major. Reads `32 bytes`.
+ * @param pDst  coefficients, element 4*u + v. Writes `32 bytes`. May overlap `pSrc`.
  * @return #PQX_OK always
  */
 PQX_API pqx_Status pqx_Video_DCT4x4Fwd_16S(const int16_t* pSrc, int16_t* pDst);
@@ -670,8 +733,8 @@ PQX_API pqx_Status pqx_Video_DCT4x4Fwd_16S(const int16_t* pSrc, int16_t* pDst);
  * only where the exact result lies within single-precision rounding of an integer can that integer's neighbour
  * come out.
  *
- * @param pSrc  256 samples, row-major
- * @param pDst  256 coefficients, element 16*u + v; may equal or overlap pSrc
+ * @param pSrc  samples, row-major. Reads `512 bytes`.
+ * @param pDst  coefficients, element 16*u + v. Writes `512 bytes`. May overlap `pSrc`.
  * @return #PQX_OK always
  */
 PQX_API pqx_Status pqx_Video_DCT16x16Fwd_16S(const int16_t* pSrc, int16_t* pDst);
@@ -679,8 +742,8 @@ PQX_API pqx_Status pqx_Video_DCT16x16Fwd_16S(const int16_t* pSrc, int16_t* pDst)
 /**
  * Forward 16x16 transform of samples of up to 10 bits: the same as pqx_Video_DCT16x16Fwd_16S(), which it calls.
  *
- * @param pSrc  256 samples, row-major
- * @param pDst  256 coefficients; may equal or overlap pSrc
+ * @param pSrc  samples, row-major. Reads `512 bytes`.
+ * @param pDst  coefficients. Writes `512 bytes`. May overlap `pSrc`.
  * @return #PQX_OK always
  */
 PQX_API pqx_Status pqx_Video_DCT16x16Fwd_10S_16S(const int16_t* pSrc, int16_t* pDst);
@@ -699,8 +762,8 @@ PQX_API pqx_Status pqx_Video_DCT16x16Fwd_10S_16S(const int16_t* pSrc, int16_t* p
 /**
  * Makes the state of pqx_Video_Quantize_16S_I(): pState[i] = 1.0f / pQMatrix[i].
  *
- * @param pQMatrix  64 step sizes; 0 gives infinity
- * @param pState    64 reciprocals
+ * @param pQMatrix  step sizes; 0 gives infinity. Reads `128 bytes`.
+ * @param pState    reciprocals. Writes `256 bytes`.
  * @return #PQX_OK always
  */
 PQX_API pqx_Status pqx_Video_QuantizeInit_16S(const int16_t* pQMatrix, float* pState);
@@ -713,8 +776,8 @@ PQX_API pqx_Status pqx_Video_QuantizeInit_16S(const int16_t* pQMatrix, float* pS
  * 2^16. Fractions finer than 1/256 are thus rounded first. Where s is not a number or does not fit 32 bits, as
  * with a step of 0, the result is -32768.
  *
- * @param pState   64 reciprocals, from pqx_Video_QuantizeInit_16S() or of the caller's making
- * @param pSrcDst  64 coefficients, replaced by their levels
+ * @param pState   reciprocals, from pqx_Video_QuantizeInit_16S() or of the caller's making. May read `256 bytes`.
+ * @param pSrcDst  coefficients, replaced by their levels. Reads and writes `128 bytes`.
  * @return #PQX_OK always
  */
 PQX_API pqx_Status pqx_Video_Quantize_16S_I(const float* pState, int16_t* pSrcDst);
@@ -722,8 +785,8 @@ PQX_API pqx_Status pqx_Video_Quantize_16S_I(const float* pState, int16_t* pSrcDs
 /**
  * Makes the state of pqx_Video_DeQuantize_16S_I(): pState[i] = pQMatrix[i].
  *
- * @param pQMatrix  64 step sizes
- * @param pState    64 doubles
+ * @param pQMatrix  step sizes. Reads `128 bytes`.
+ * @param pState    doubles. Writes `512 bytes`.
  * @return #PQX_OK always
  */
 PQX_API pqx_Status pqx_Video_DeQuantizeInit_16S(const int16_t* pQMatrix, double* pState);
@@ -733,8 +796,8 @@ PQX_API pqx_Status pqx_Video_DeQuantizeInit_16S(const int16_t* pQMatrix, double*
  * state from pqx_Video_DeQuantizeInit_16S() the product is exact. A product that is not a number or does not fit
  * 32 bits gives 0.
  *
- * @param pState   64 steps, from pqx_Video_DeQuantizeInit_16S() or of the caller's making
- * @param pSrcDst  64 levels, replaced by their coefficients
+ * @param pState   steps, from pqx_Video_DeQuantizeInit_16S() or of the caller's making. May read `512 bytes`.
+ * @param pSrcDst  levels, replaced by their coefficients. Reads and writes `128 bytes`.
  * @return #PQX_OK always
  */
 PQX_API pqx_Status pqx_Video_DeQuantize_16S_I(const double* pState, int16_t* pSrcDst);
@@ -754,8 +817,8 @@ PQX_API pqx_Status pqx_Video_DeQuantize_16S_I(const double* pState, int16_t* pSr
  * outer rows not vertically. Sums are kept exact and rounded once, halves upward: (v + 8) >> 4 inside, (v + 2) >>
  * 2 along the edges. Corners stay as they are.
  *
- * @param pSrc  8 rows of 8 samples
- * @param pDst  8 rows of 8 samples; may equal pSrc
+ * @param pSrc  samples. Reads `8 rows of 8 bytes, step apart`.
+ * @param pDst  samples. Writes `8 rows of 8 bytes, step apart`. May equal `pSrc`.
  * @param step  bytes from row to row of both
  * @return #PQX_OK always
  */
@@ -764,9 +827,9 @@ PQX_API pqx_Status pqx_Video_P64Loop_8U(const uint8_t* pSrc, uint8_t* pDst, int 
 /**
  * Applies the H.261 loop filter to an 8x8 block, as pqx_Video_P64Loop_8U(), into 16-bit elements.
  *
- * @param pSrc     8 rows of 8 samples
+ * @param pSrc     samples. Reads `8 rows of 8 bytes, srcStep apart`.
  * @param srcStep  bytes from row to row of pSrc
- * @param pDst     64 elements, row-major, 0..255
+ * @param pDst     block, row-major, 0..255. Writes `128 bytes`.
  * @return #PQX_OK always
  */
 PQX_API pqx_Status pqx_Video_P64Loop_8U_16S(const uint8_t* pSrc, int srcStep, int16_t* pDst);
@@ -774,10 +837,10 @@ PQX_API pqx_Status pqx_Video_P64Loop_8U_16S(const uint8_t* pSrc, int srcStep, in
 /**
  * Halves a picture in both directions: each destination sample is (a + b + c + d + 2) >> 2 of a square of four.
  *
- * @param pSrc     2 * height rows of 2 * width samples
+ * @param pSrc     samples of the larger picture. Reads `2 * height rows of 2 * width bytes, srcStep apart`.
  * @param srcStep  bytes from row to row of pSrc
- * @param pDst     height rows of width samples. Where it overlaps the source, samples are taken one after the
- *                 other, row after row.
+ * @param pDst     samples of the smaller picture; where it overlaps the source, samples are taken one after the
+ *                 other, row after row. Writes `height rows of width bytes, dstStep apart`. May overlap `pSrc`.
  * @param dstStep  bytes from row to row of pDst
  * @param width    columns of the destination; below 1 does nothing
  * @param height   rows of the destination; below 1 does nothing
@@ -800,12 +863,14 @@ PQX_API pqx_Status pqx_Video_P64Decimate_8U(const uint8_t* pSrc, int srcStep, ui
  *
  *     out[k] = (a[2k] + a[2k+1] + b[2k] + b[2k+1] + (k odd ? 2 : 1)) >> 2
  *
- * @param pSrc0  row a: len samples
- * @param pSrc1  row b: len samples
+ * With `n = len < 1 ? 0 : len / 4 * 2 + (len % 4 > 0)`:
+ *
+ * @param pSrc0  row a. Reads `2 * n bytes`.
+ * @param pSrc1  row b. Reads `2 * n bytes`.
  * @param len    samples in a source row, normally even; 0 or less writes nothing. If len % 4 is 1, one sample past
  *               each row is read; if it is 3, the last sample is ignored.
- * @param pDst   2 * (len / 4) samples, one more unless len is a multiple of 4. May equal a source row or overlap
- *               it: the result is that of taking the samples one after the other.
+ * @param pDst   averages; where it overlaps a source row, samples are taken one after the other. Writes `n bytes`.
+ *               May overlap `pSrc0` or `pSrc1`.
  * @return #PQX_OK always
  */
 PQX_API pqx_Status pqx_Video_DownSample420_BL_8U(const uint8_t* pSrc0, const uint8_t* pSrc1, int len, uint8_t* pDst);
@@ -814,12 +879,14 @@ PQX_API pqx_Status pqx_Video_DownSample420_BL_8U(const uint8_t* pSrc0, const uin
  * Quarters a pair of signed 16-bit chroma rows by averaging squares of four, 4:4:4 to 4:2:0, by the formula of
  * pqx_Video_DownSample420_BL_8U().
  *
- * @param pSrc0  upper row: len samples
- * @param pSrc1  lower row: len samples
+ * With `n = len < 1 ? 0 : len / 4 * 2 + (len % 4 > 0)`:
+ *
+ * @param pSrc0  upper row. Reads `4 * n bytes`.
+ * @param pSrc1  lower row. Reads `4 * n bytes`.
  * @param len    samples in a source row, normally even; 0 or less writes nothing. If len % 4 is 1, one sample past
  *               each row is read; if it is 3, the last sample is ignored.
- * @param pDst   2 * (len / 4) samples, one more unless len is a multiple of 4. May equal a source row or overlap
- *               it: the result is that of taking the samples one after the other.
+ * @param pDst   averages; where it overlaps a source row, samples are taken one after the other. Writes
+ *               `2 * n bytes`. May overlap `pSrc0` or `pSrc1`.
  * @return #PQX_OK always
  */
 PQX_API pqx_Status pqx_Video_DownSample420_BL_16S(const int16_t* pSrc0, const int16_t* pSrc1, int len, int16_t* pDst);
@@ -829,11 +896,13 @@ PQX_API pqx_Status pqx_Video_DownSample420_BL_16S(const int16_t* pSrc0, const in
  *
  *     out[k] = (s[2k] + s[2k+1] + (k odd ? 1 : 0)) >> 1
  *
- * @param pSrc  row s: len samples
+ * With `n = len < 1 ? 0 : len / 4 * 2 + (len % 4 > 0)`:
+ *
+ * @param pSrc  row s. Reads `2 * n bytes`.
  * @param len   source samples, normally even; 0 or less writes nothing. If len % 4 is 1, one sample past the row is
  *              read; if it is 3, the last sample is ignored.
- * @param pDst  2 * (len / 4) samples, one more unless len is a multiple of 4. May equal pSrc or overlap it: the
- *              result is that of taking the samples one after the other.
+ * @param pDst  averages; where it overlaps pSrc, samples are taken one after the other. Writes `n bytes`. May overlap
+ *              `pSrc`.
  * @return #PQX_OK always
  */
 PQX_API pqx_Status pqx_Video_DownSample422_BL_8U(const uint8_t* pSrc, int len, uint8_t* pDst);
@@ -842,11 +911,13 @@ PQX_API pqx_Status pqx_Video_DownSample422_BL_8U(const uint8_t* pSrc, int len, u
  * Halves a signed 16-bit chroma row by averaging pairs, 4:4:4 to 4:2:2, by the formula of
  * pqx_Video_DownSample422_BL_8U().
  *
- * @param pSrc  len samples
+ * With `n = len < 1 ? 0 : len / 4 * 2 + (len % 4 > 0)`:
+ *
+ * @param pSrc  chroma row. Reads `4 * n bytes`.
  * @param len   source samples, normally even; 0 or less writes nothing. If len % 4 is 1, one sample past the row is
  *              read; if it is 3, the last sample is ignored.
- * @param pDst  2 * (len / 4) samples, one more unless len is a multiple of 4. May equal pSrc or overlap it: the
- *              result is that of taking the samples one after the other.
+ * @param pDst  averages; where it overlaps pSrc, samples are taken one after the other. Writes `2 * n bytes`. May
+ *              overlap `pSrc`.
  * @return #PQX_OK always
  */
 PQX_API pqx_Status pqx_Video_DownSample422_BL_16S(const int16_t* pSrc, int len, int16_t* pDst);
@@ -854,12 +925,14 @@ PQX_API pqx_Status pqx_Video_DownSample422_BL_16S(const int16_t* pSrc, int len, 
 /**
  * Repeats every chroma sample in a square of four, 4:2:0 to 4:4:4: both rows receive s[0], s[0], s[1], s[1], ...
  *
- * @param pSrc   len samples
- * @param len    source samples; 0 writes nothing, and so does a negative even value. A negative odd value is taken
- *               as 1.
- * @param pDst0  2 * len samples, upper row. Both rows may overlap pSrc: the result is that of taking the samples
- *               one after the other.
- * @param pDst1  2 * len samples, lower row
+ * With `n = len < 0 ? len & 1 : len`:
+ *
+ * @param pSrc   chroma row. Reads `n bytes`.
+ * @param len    source samples; 0 writes nothing, and so does a negative even value. A negative odd value is taken as
+ *               1.
+ * @param pDst0  upper row; where it overlaps pSrc, samples are taken one after the other. Writes `2 * n bytes`. May
+ *               overlap `pSrc`.
+ * @param pDst1  lower row, likewise. Writes `2 * n bytes`. May overlap `pSrc`.
  * @return #PQX_OK always
  */
 PQX_API pqx_Status pqx_Video_UpSample420_NN_8U(const uint8_t* pSrc, int len, uint8_t* pDst0, uint8_t* pDst1);
@@ -867,11 +940,11 @@ PQX_API pqx_Status pqx_Video_UpSample420_NN_8U(const uint8_t* pSrc, int len, uin
 /**
  * Repeats every signed 16-bit chroma sample in a square of four, 4:2:0 to 4:4:4.
  *
- * @param pSrc   len samples
+ * @param pSrc   chroma row. Reads `2 * len bytes`.
  * @param len    source samples; 0 or less writes nothing
- * @param pDst0  2 * len samples, upper row. Both rows may overlap pSrc: the result is that of taking the samples
- *               one after the other.
- * @param pDst1  2 * len samples, lower row
+ * @param pDst0  upper row; where it overlaps pSrc, samples are taken one after the other. Writes `4 * len bytes`. May
+ *               overlap `pSrc`.
+ * @param pDst1  lower row, likewise. Writes `4 * len bytes`. May overlap `pSrc`.
  * @return #PQX_OK always
  */
 PQX_API pqx_Status pqx_Video_UpSample420_NN_16S(const int16_t* pSrc, int len, int16_t* pDst0, int16_t* pDst1);
@@ -880,20 +953,20 @@ PQX_API pqx_Status pqx_Video_UpSample420_NN_16S(const int16_t* pSrc, int len, in
  * Interpolates chroma bilinearly in both directions, 4:2:0 to 4:4:4: the nearest source sample weighs 9/16, its
  * neighbours in row and column 3/16, the diagonal one 1/16.
  *
- * With n = max(len, 2), u[j] = prev[j] + 3 cur[j], and u[-1] = u[0], u[n] = u[n-1] at the ends, the upper row is
+ * With `n = max(len, 2)`, u[j] = prev[j] + 3 cur[j], and u[-1] = u[0], u[n] = u[n-1] at the ends, the upper row is
  *
  *     out[2j]   = (u[j-1] + 3 u[j] + 8) >> 4
  *     out[2j+1] = (3 u[j] + u[j+1] + 7) >> 4
  *
  * and the lower row the same with next in the place of prev.
  *
- * @param pSrcPrev  chroma row above; the caller repeats pSrcCur at the top of a picture
- * @param pSrcCur   chroma row of the two luma rows
- * @param pSrcNext  chroma row below; the caller repeats pSrcCur at the bottom of a picture
+ * @param pSrcPrev  chroma row above; the caller repeats pSrcCur at the top of a picture. Reads `n bytes`.
+ * @param pSrcCur   chroma row of the two luma rows. Reads `n bytes`.
+ * @param pSrcNext  chroma row below; the caller repeats pSrcCur at the bottom of a picture. Reads `n bytes`.
  * @param len       samples in a source row; any value below 3 is taken as 2: two samples of each row are read and
  *                  four written to each destination
- * @param pDst0     2 * max(len, 2) samples, upper row
- * @param pDst1     2 * max(len, 2) samples, lower row
+ * @param pDst0     upper row. Writes `2 * n bytes`.
+ * @param pDst1     lower row. Writes `2 * n bytes`.
  * @return #PQX_OK always
  */
 PQX_API pqx_Status pqx_Video_UpSample420_BL_8U(const uint8_t* pSrcPrev, const uint8_t* pSrcCur,
@@ -903,12 +976,14 @@ PQX_API pqx_Status pqx_Video_UpSample420_BL_8U(const uint8_t* pSrcPrev, const ui
  * Interpolates signed 16-bit chroma bilinearly in both directions, 4:2:0 to 4:4:4, by the formula of
  * pqx_Video_UpSample420_BL_8U().
  *
- * @param pSrcPrev  chroma row above
- * @param pSrcCur   chroma row of the two luma rows
- * @param pSrcNext  chroma row below
+ * With `n = max(len, 2)`:
+ *
+ * @param pSrcPrev  chroma row above. Reads `2 * n bytes`.
+ * @param pSrcCur   chroma row of the two luma rows. Reads `2 * n bytes`.
+ * @param pSrcNext  chroma row below. Reads `2 * n bytes`.
  * @param len       samples in a source row; any value below 3 is taken as 2
- * @param pDst0     2 * max(len, 2) samples, upper row
- * @param pDst1     2 * max(len, 2) samples, lower row
+ * @param pDst0     upper row. Writes `4 * n bytes`.
+ * @param pDst1     lower row. Writes `4 * n bytes`.
  * @return #PQX_OK always
  */
 PQX_API pqx_Status pqx_Video_UpSample420_BL_16S(const int16_t* pSrcPrev, const int16_t* pSrcCur,
@@ -917,10 +992,13 @@ PQX_API pqx_Status pqx_Video_UpSample420_BL_16S(const int16_t* pSrcPrev, const i
 /**
  * Repeats every chroma sample twice, 4:2:2 to 4:4:4.
  *
- * @param pSrc  len samples
- * @param len   source samples; 0 writes nothing, and so does a negative even value. A negative odd value is taken
- *              as 1.
- * @param pDst  2 * len samples. May overlap pSrc: the result is that of taking the samples one after the other.
+ * With `n = len < 0 ? len & 1 : len`:
+ *
+ * @param pSrc  chroma row. Reads `n bytes`.
+ * @param len   source samples; 0 writes nothing, and so does a negative even value. A negative odd value is taken as
+ *              1.
+ * @param pDst  row of twice the samples; where it overlaps pSrc, samples are taken one after the other. Writes
+ *              `2 * n bytes`. May overlap `pSrc`.
  * @return #PQX_OK always
  */
 PQX_API pqx_Status pqx_Video_UpSample422_NN_8U(const uint8_t* pSrc, int len, uint8_t* pDst);
@@ -928,23 +1006,24 @@ PQX_API pqx_Status pqx_Video_UpSample422_NN_8U(const uint8_t* pSrc, int len, uin
 /**
  * Repeats every signed 16-bit chroma sample twice, 4:2:2 to 4:4:4.
  *
- * @param pSrc  len samples
+ * @param pSrc  chroma row. Reads `2 * len bytes`.
  * @param len   source samples; 0 or less writes nothing
- * @param pDst  2 * len samples. May overlap pSrc: the result is that of taking the samples one after the other.
+ * @param pDst  row of twice the samples; where it overlaps pSrc, samples are taken one after the other. Writes
+ *              `4 * len bytes`. May overlap `pSrc`.
  * @return #PQX_OK always
  */
 PQX_API pqx_Status pqx_Video_UpSample422_NN_16S(const int16_t* pSrc, int len, int16_t* pDst);
 
 /**
- * Interpolates a chroma row s linearly, 4:2:2 to 4:4:4. With n = max(len, 2):
+ * Interpolates a chroma row s linearly, 4:2:2 to 4:4:4. With `n = max(len, 2)`:
  *
  *     out[2j]   = (3 s[j] + s[j-1] + 1) >> 2, but out[0] = s[0]
  *     out[2j+1] = (3 s[j] + s[j+1] + 2) >> 2, but out[2n-1] = s[n-1]
  *
- * @param pSrc  row s: max(len, 2) samples
+ * @param pSrc  row s. Reads `n bytes`.
  * @param len   source samples; any value below 3 is taken as 2: two samples are read and four written
- * @param pDst  2 * max(len, 2) samples. May overlap pSrc: the result is that of making the outputs one after the
- *              other.
+ * @param pDst  row of twice the samples; where it overlaps pSrc, outputs are made one after the other. Writes
+ *              `2 * n bytes`. May overlap `pSrc`.
  * @return #PQX_OK always
  */
 PQX_API pqx_Status pqx_Video_UpSample422_BL_8U(const uint8_t* pSrc, int len, uint8_t* pDst);
@@ -953,10 +1032,12 @@ PQX_API pqx_Status pqx_Video_UpSample422_BL_8U(const uint8_t* pSrc, int len, uin
  * Interpolates a signed 16-bit chroma row linearly, 4:2:2 to 4:4:4, by the formula of
  * pqx_Video_UpSample422_BL_8U().
  *
- * @param pSrc  max(len, 2) samples
+ * With `n = max(len, 2)`:
+ *
+ * @param pSrc  chroma row. Reads `2 * n bytes`.
  * @param len   source samples; any value below 3 is taken as 2
- * @param pDst  2 * max(len, 2) samples. May overlap pSrc: the result is that of making the outputs one after the
- *              other.
+ * @param pDst  row of twice the samples; where it overlaps pSrc, outputs are made one after the other. Writes
+ *              `4 * n bytes`. May overlap `pSrc`.
  * @return #PQX_OK always
  */
 PQX_API pqx_Status pqx_Video_UpSample422_BL_16S(const int16_t* pSrc, int len, int16_t* pDst);
@@ -1040,10 +1121,10 @@ extern PQX_API const uint8_t pqx_video_pClipOff256[800];
  * This is the JPEG matrix with each of the nine products rounded on its own: grey is not always exact (R = G = B =
  * 4 gives Y 3). No result needs a clamp.
  *
- * @param pSrc  len pixels of 3 bytes R, G, B
- * @param pY    len samples, 0..255
- * @param pCb   len samples
- * @param pCr   len samples
+ * @param pSrc  pixels of 3 bytes R, G, B. Reads `3 * len bytes`.
+ * @param pY    Y samples, 0..255. Writes `len bytes`.
+ * @param pCb   Cb samples. Writes `len bytes`.
+ * @param pCr   Cr samples. Writes `len bytes`.
  * @param len   pixels; 0 or less writes nothing
  * @return #PQX_OK always
  */
@@ -1053,10 +1134,10 @@ PQX_API pqx_Status pqx_Video_ColorRGB2YCC444_8U(const uint8_t* pSrc, uint8_t* pY
 /**
  * Converts a row of ABGR pixels to YCC 4:4:4, as pqx_Video_ColorRGB2YCC444_8U() does RGB.
  *
- * @param pSrc  len pixels of 4 bytes A, B, G, R; A is ignored
- * @param pY    len samples, 0..255
- * @param pCb   len samples
- * @param pCr   len samples
+ * @param pSrc  pixels of 4 bytes A, B, G, R; A is ignored. May read `4 * len bytes`.
+ * @param pY    Y samples, 0..255. Writes `len bytes`.
+ * @param pCb   Cb samples. Writes `len bytes`.
+ * @param pCr   Cr samples. Writes `len bytes`.
  * @param len   pixels; 0 or less writes nothing
  * @return #PQX_OK always
  */
@@ -1066,10 +1147,10 @@ PQX_API pqx_Status pqx_Video_ColorABGR2YCC444_8U(const uint8_t* pSrc, uint8_t* p
 /**
  * Converts a row of ARGB pixels to YCC 4:4:4, as pqx_Video_ColorRGB2YCC444_8U() does RGB.
  *
- * @param pSrc  len pixels of 4 bytes A, R, G, B; A is ignored
- * @param pY    len samples, 0..255
- * @param pCb   len samples
- * @param pCr   len samples
+ * @param pSrc  pixels of 4 bytes A, R, G, B; A is ignored. May read `4 * len bytes`.
+ * @param pY    Y samples, 0..255. Writes `len bytes`.
+ * @param pCb   Cb samples. Writes `len bytes`.
+ * @param pCr   Cr samples. Writes `len bytes`.
  * @param len   pixels; 0 or less writes nothing
  * @return #PQX_OK always
  */
@@ -1079,10 +1160,10 @@ PQX_API pqx_Status pqx_Video_ColorARGB2YCC444_8U(const uint8_t* pSrc, uint8_t* p
 /**
  * Converts a row of BGRA pixels to YCC 4:4:4, as pqx_Video_ColorRGB2YCC444_8U() does RGB.
  *
- * @param pSrc  len pixels of 4 bytes B, G, R, A; A is ignored
- * @param pY    len samples, 0..255
- * @param pCb   len samples
- * @param pCr   len samples
+ * @param pSrc  pixels of 4 bytes B, G, R, A; A is ignored. May read `4 * len bytes`.
+ * @param pY    Y samples, 0..255. Writes `len bytes`.
+ * @param pCb   Cb samples. Writes `len bytes`.
+ * @param pCr   Cr samples. Writes `len bytes`.
  * @param len   pixels; 0 or less writes nothing
  * @return #PQX_OK always
  */
@@ -1097,10 +1178,12 @@ PQX_API pqx_Status pqx_Video_ColorBGRA2YCC444_8U(const uint8_t* pSrc, uint8_t* p
  * where Y, Cb and Cr of a pixel are those of pqx_Video_ColorRGB2YCC444_8U(). A pair behind the last whole group of
  * four pixels has an even j, hence r = 0.
  *
- * @param pSrc  len pixels of 3 bytes R, G, B; an odd last one is not read
- * @param pY    2 * (len / 2) samples: with an odd len the last one is not written
- * @param pCb   len / 2 samples
- * @param pCr   len / 2 samples
+ * With `n = len / 2`:
+ *
+ * @param pSrc  pixels of 3 bytes R, G, B; an odd last one is not read. Reads `6 * n bytes`.
+ * @param pY    Y samples; with an odd len the last one is not written. Writes `2 * n bytes`.
+ * @param pCb   Cb samples. Writes `n bytes`.
+ * @param pCr   Cr samples. Writes `n bytes`.
  * @param len   pixels; below 2 writes nothing
  * @return #PQX_OK always
  */
@@ -1110,10 +1193,12 @@ PQX_API pqx_Status pqx_Video_ColorRGB2YCC422_BL_8U(const uint8_t* pSrc, uint8_t*
 /**
  * Converts a row of ABGR pixels to YCC 4:2:2, as pqx_Video_ColorRGB2YCC422_BL_8U() does RGB.
  *
- * @param pSrc  len pixels of 4 bytes A, B, G, R; A is ignored; an odd last one is not read
- * @param pY    2 * (len / 2) samples: with an odd len the last one is not written
- * @param pCb   len / 2 samples
- * @param pCr   len / 2 samples
+ * With `n = len / 2`:
+ *
+ * @param pSrc  pixels of 4 bytes A, B, G, R; A is ignored; an odd last one is not read. May read `8 * n bytes`.
+ * @param pY    Y samples; with an odd len the last one is not written. Writes `2 * n bytes`.
+ * @param pCb   Cb samples. Writes `n bytes`.
+ * @param pCr   Cr samples. Writes `n bytes`.
  * @param len   pixels; below 2 writes nothing
  * @return #PQX_OK always
  */
@@ -1123,10 +1208,12 @@ PQX_API pqx_Status pqx_Video_ColorABGR2YCC422_BL_8U(const uint8_t* pSrc, uint8_t
 /**
  * Converts a row of ARGB pixels to YCC 4:2:2, as pqx_Video_ColorRGB2YCC422_BL_8U() does RGB.
  *
- * @param pSrc  len pixels of 4 bytes A, R, G, B; A is ignored; an odd last one is not read
- * @param pY    2 * (len / 2) samples: with an odd len the last one is not written
- * @param pCb   len / 2 samples
- * @param pCr   len / 2 samples
+ * With `n = len / 2`:
+ *
+ * @param pSrc  pixels of 4 bytes A, R, G, B; A is ignored; an odd last one is not read. May read `8 * n bytes`.
+ * @param pY    Y samples; with an odd len the last one is not written. Writes `2 * n bytes`.
+ * @param pCb   Cb samples. Writes `n bytes`.
+ * @param pCr   Cr samples. Writes `n bytes`.
  * @param len   pixels; below 2 writes nothing
  * @return #PQX_OK always
  */
@@ -1136,10 +1223,12 @@ PQX_API pqx_Status pqx_Video_ColorARGB2YCC422_BL_8U(const uint8_t* pSrc, uint8_t
 /**
  * Converts a row of BGRA pixels to YCC 4:2:2, as pqx_Video_ColorRGB2YCC422_BL_8U() does RGB.
  *
- * @param pSrc  len pixels of 4 bytes B, G, R, A; A is ignored; an odd last one is not read
- * @param pY    2 * (len / 2) samples: with an odd len the last one is not written
- * @param pCb   len / 2 samples
- * @param pCr   len / 2 samples
+ * With `n = len / 2`:
+ *
+ * @param pSrc  pixels of 4 bytes B, G, R, A; A is ignored; an odd last one is not read. May read `8 * n bytes`.
+ * @param pY    Y samples; with an odd len the last one is not written. Writes `2 * n bytes`.
+ * @param pCb   Cb samples. Writes `n bytes`.
+ * @param pCr   Cr samples. Writes `n bytes`.
  * @param len   pixels; below 2 writes nothing
  * @return #PQX_OK always
  */
@@ -1154,12 +1243,14 @@ PQX_API pqx_Status pqx_Video_ColorBGRA2YCC422_BL_8U(const uint8_t* pSrc, uint8_t
  *
  * where Y, Cb and Cr of a pixel are those of pqx_Video_ColorRGB2YCC444_8U().
  *
- * @param pSrc0  upper row: len pixels of 3 bytes R, G, B; an odd last one is not read
- * @param pSrc1  lower row, likewise
- * @param pY0    upper row: 2 * (len / 2) samples
- * @param pY1    lower row: 2 * (len / 2) samples
- * @param pCb    len / 2 samples
- * @param pCr    len / 2 samples
+ * With `n = len / 2`:
+ *
+ * @param pSrc0  upper row: pixels of 3 bytes R, G, B; an odd last one is not read. Reads `6 * n bytes`.
+ * @param pSrc1  lower row, likewise. Reads `6 * n bytes`.
+ * @param pY0    upper row: Y samples. Writes `2 * n bytes`.
+ * @param pY1    lower row: Y samples. Writes `2 * n bytes`.
+ * @param pCb    Cb samples. Writes `n bytes`.
+ * @param pCr    Cr samples. Writes `n bytes`.
  * @param len    pixels in a row; below 2 writes nothing
  * @return #PQX_OK always
  */
@@ -1169,12 +1260,15 @@ PQX_API pqx_Status pqx_Video_ColorRGB2YCC420_BL_8U(const uint8_t* pSrc0, const u
 /**
  * Converts a pair of rows of ABGR pixels to YCC 4:2:0, as pqx_Video_ColorRGB2YCC420_BL_8U() does RGB.
  *
- * @param pSrc0  upper row: len pixels of 4 bytes A, B, G, R; A is ignored; an odd last one is not read
- * @param pSrc1  lower row, likewise
- * @param pY0    upper row: 2 * (len / 2) samples
- * @param pY1    lower row: 2 * (len / 2) samples
- * @param pCb    len / 2 samples
- * @param pCr    len / 2 samples
+ * With `n = len / 2`:
+ *
+ * @param pSrc0  upper row: pixels of 4 bytes A, B, G, R; A is ignored; an odd last one is not read. May read
+ *               `8 * n bytes`.
+ * @param pSrc1  lower row, likewise. May read `8 * n bytes`.
+ * @param pY0    upper row: Y samples. Writes `2 * n bytes`.
+ * @param pY1    lower row: Y samples. Writes `2 * n bytes`.
+ * @param pCb    Cb samples. Writes `n bytes`.
+ * @param pCr    Cr samples. Writes `n bytes`.
  * @param len    pixels in a row; below 2 writes nothing
  * @return #PQX_OK always
  */
@@ -1184,12 +1278,15 @@ PQX_API pqx_Status pqx_Video_ColorABGR2YCC420_BL_8U(const uint8_t* pSrc0, const 
 /**
  * Converts a pair of rows of ARGB pixels to YCC 4:2:0, as pqx_Video_ColorRGB2YCC420_BL_8U() does RGB.
  *
- * @param pSrc0  upper row: len pixels of 4 bytes A, R, G, B; A is ignored; an odd last one is not read
- * @param pSrc1  lower row, likewise
- * @param pY0    upper row: 2 * (len / 2) samples
- * @param pY1    lower row: 2 * (len / 2) samples
- * @param pCb    len / 2 samples
- * @param pCr    len / 2 samples
+ * With `n = len / 2`:
+ *
+ * @param pSrc0  upper row: pixels of 4 bytes A, R, G, B; A is ignored; an odd last one is not read. May read
+ *               `8 * n bytes`.
+ * @param pSrc1  lower row, likewise. May read `8 * n bytes`.
+ * @param pY0    upper row: Y samples. Writes `2 * n bytes`.
+ * @param pY1    lower row: Y samples. Writes `2 * n bytes`.
+ * @param pCb    Cb samples. Writes `n bytes`.
+ * @param pCr    Cr samples. Writes `n bytes`.
  * @param len    pixels in a row; below 2 writes nothing
  * @return #PQX_OK always
  */
@@ -1199,12 +1296,15 @@ PQX_API pqx_Status pqx_Video_ColorARGB2YCC420_BL_8U(const uint8_t* pSrc0, const 
 /**
  * Converts a pair of rows of BGRA pixels to YCC 4:2:0, as pqx_Video_ColorRGB2YCC420_BL_8U() does RGB.
  *
- * @param pSrc0  upper row: len pixels of 4 bytes B, G, R, A; A is ignored; an odd last one is not read
- * @param pSrc1  lower row, likewise
- * @param pY0    upper row: 2 * (len / 2) samples
- * @param pY1    lower row: 2 * (len / 2) samples
- * @param pCb    len / 2 samples
- * @param pCr    len / 2 samples
+ * With `n = len / 2`:
+ *
+ * @param pSrc0  upper row: pixels of 4 bytes B, G, R, A; A is ignored; an odd last one is not read. May read
+ *               `8 * n bytes`.
+ * @param pSrc1  lower row, likewise. May read `8 * n bytes`.
+ * @param pY0    upper row: Y samples. Writes `2 * n bytes`.
+ * @param pY1    lower row: Y samples. Writes `2 * n bytes`.
+ * @param pCb    Cb samples. Writes `n bytes`.
+ * @param pCr    Cr samples. Writes `n bytes`.
  * @param len    pixels in a row; below 2 writes nothing
  * @return #PQX_OK always
  */
@@ -1215,11 +1315,11 @@ PQX_API pqx_Status pqx_Video_ColorBGRA2YCC420_BL_8U(const uint8_t* pSrc0, const 
  * Converts a row of CMYK pixels to YCCK 4:4:4: R = 255 - C, G = 255 - M, B = 255 - Y (byte 2) as in
  * pqx_Video_ColorRGB2YCC444_8U(), K copied.
  *
- * @param pSrc  len pixels of 4 bytes C, M, Y, K
- * @param pY    len samples
- * @param pCb   len samples
- * @param pCr   len samples
- * @param pK    len samples
+ * @param pSrc  pixels of 4 bytes C, M, Y, K. Reads `4 * len bytes`.
+ * @param pY    Y samples. Writes `len bytes`.
+ * @param pCb   Cb samples. Writes `len bytes`.
+ * @param pCr   Cr samples. Writes `len bytes`.
+ * @param pK    K samples. Writes `len bytes`.
  * @param len   pixels; 0 or less writes nothing
  * @return #PQX_OK always
  */
@@ -1236,10 +1336,12 @@ PQX_API pqx_Status pqx_Video_ColorCMYK2YCCK444_8U(const uint8_t* pSrc, uint8_t* 
  *
  * Each result is truncated toward zero to 32 bits, of which the low 16 are stored.
  *
- * @param pSrc  max(len, 1) pixels of 3 samples R, G, B, normally 0..4095
- * @param pY    max(len, 1) samples
- * @param pCb   max(len, 1) samples
- * @param pCr   max(len, 1) samples
+ * With `n = max(len, 1)`:
+ *
+ * @param pSrc  pixels of 3 samples R, G, B, normally 0..4095. Reads `6 * n bytes`.
+ * @param pY    Y samples. Writes `2 * n bytes`.
+ * @param pCb   Cb samples. Writes `2 * n bytes`.
+ * @param pCr   Cr samples. Writes `2 * n bytes`.
  * @param len   pixels; 0 or less is taken as 1
  * @return #PQX_OK always
  */
@@ -1261,10 +1363,10 @@ PQX_API pqx_Status pqx_Video_ColorRGB2YCC444_16S(const int16_t* pSrc, int16_t* p
  *     G = clamp((2 Y + pqx_tGCb[Cb] - pqx_tGCr[Cr]) >> 1, 0, 255)
  *     B = clamp((2 Y + pqx_tBCb[Cb] - 454) >> 1, 0, 255)
  *
- * @param pY    len samples
- * @param pCb   len samples
- * @param pCr   len samples
- * @param pDst  len pixels of 3 bytes R, G, B
+ * @param pY    Y samples. Reads `len bytes`.
+ * @param pCb   Cb samples. Reads `len bytes`.
+ * @param pCr   Cr samples. Reads `len bytes`.
+ * @param pDst  pixels of 3 bytes R, G, B. Writes `3 * len bytes`.
  * @param len   pixels; 0 or less writes nothing
  * @return #PQX_OK always
  */
@@ -1274,10 +1376,10 @@ PQX_API pqx_Status pqx_Video_ColorYCC2RGB444_8U(const uint8_t* pY, const uint8_t
 /**
  * Converts a row of YCC 4:4:4 to BGRA pixels, as pqx_Video_ColorYCC2RGB444_8U() does to RGB.
  *
- * @param pY    len samples
- * @param pCb   len samples
- * @param pCr   len samples
- * @param pDst  len pixels of 4 bytes B, G, R, A; A is set to 255
+ * @param pY    Y samples. Reads `len bytes`.
+ * @param pCb   Cb samples. Reads `len bytes`.
+ * @param pCr   Cr samples. Reads `len bytes`.
+ * @param pDst  pixels of 4 bytes B, G, R, A; A is set to 255. Writes `4 * len bytes`.
  * @param len   pixels; 0 or less writes nothing
  * @return #PQX_OK always
  */
@@ -1287,10 +1389,10 @@ PQX_API pqx_Status pqx_Video_ColorYCC2BGRA444_8U(const uint8_t* pY, const uint8_
 /**
  * Converts a row of YCC 4:4:4 to ARGB pixels, as pqx_Video_ColorYCC2RGB444_8U() does to RGB.
  *
- * @param pY    len samples
- * @param pCb   len samples
- * @param pCr   len samples
- * @param pDst  len pixels of 4 bytes A, R, G, B; A is set to 255
+ * @param pY    Y samples. Reads `len bytes`.
+ * @param pCb   Cb samples. Reads `len bytes`.
+ * @param pCr   Cr samples. Reads `len bytes`.
+ * @param pDst  pixels of 4 bytes A, R, G, B; A is set to 255. Writes `4 * len bytes`.
  * @param len   pixels; 0 or less writes nothing
  * @return #PQX_OK always
  */
@@ -1301,10 +1403,12 @@ PQX_API pqx_Status pqx_Video_ColorYCC2ARGB444_8U(const uint8_t* pY, const uint8_
  * Converts a row of YCC 4:2:2 to RGB pixels; chroma sample j serves pixels 2j and 2j+1 (nearest neighbour), each
  * as in pqx_Video_ColorYCC2RGB444_8U().
  *
- * @param pY    2 * (len / 2) samples
- * @param pCb   len / 2 samples
- * @param pCr   len / 2 samples
- * @param pDst  2 * (len / 2) pixels of 3 bytes R, G, B: with an odd len the last pixel is not written
+ * With `n = len / 2`:
+ *
+ * @param pY    Y samples. Reads `2 * n bytes`.
+ * @param pCb   Cb samples. Reads `n bytes`.
+ * @param pCr   Cr samples. Reads `n bytes`.
+ * @param pDst  pixels of 3 bytes R, G, B; with an odd len the last pixel is not written. Writes `6 * n bytes`.
  * @param len   pixels; below 2 writes nothing
  * @return #PQX_OK always
  */
@@ -1315,11 +1419,13 @@ PQX_API pqx_Status pqx_Video_ColorYCC2RGB422_NN_8U(const uint8_t* pY, const uint
  * Converts a row of YCC 4:2:2 to BGRA pixels; chroma sample j serves pixels 2j and 2j+1 (nearest neighbour), each
  * as in pqx_Video_ColorYCC2RGB444_8U().
  *
- * @param pY    2 * (len / 2) samples
- * @param pCb   len / 2 samples
- * @param pCr   len / 2 samples
- * @param pDst  2 * (len / 2) pixels of 4 bytes B, G, R, A; A is set to 255: with an odd len the last pixel is not
- *              written
+ * With `n = len / 2`:
+ *
+ * @param pY    Y samples. Reads `2 * n bytes`.
+ * @param pCb   Cb samples. Reads `n bytes`.
+ * @param pCr   Cr samples. Reads `n bytes`.
+ * @param pDst  pixels of 4 bytes B, G, R, A; A is set to 255; with an odd len the last pixel is not written. Writes
+ *              `8 * n bytes`.
  * @param len   pixels; below 2 writes nothing
  * @return #PQX_OK always
  */
@@ -1327,7 +1433,7 @@ PQX_API pqx_Status pqx_Video_ColorYCC2BGRA422_NN_8U(const uint8_t* pY, const uin
                                                     uint8_t* pDst, int len);
 
 /**
- * Converts a row of YCC 4:2:2 to RGB pixels with linearly interpolated chroma. With n = max(len / 2, 1) pairs, the
+ * Converts a row of YCC 4:2:2 to RGB pixels with linearly interpolated chroma. With `n = max(len / 2, 1)` pairs, the
  * chroma of a pixel, Cb and Cr alike, is
  *
  *     c(2j)   = (3 c[j] + c[j-1] + 1) >> 2, but c(0) = c[0]
@@ -1335,10 +1441,10 @@ PQX_API pqx_Status pqx_Video_ColorYCC2BGRA422_NN_8U(const uint8_t* pY, const uin
  *
  * and the pixel is then that of pqx_Video_ColorYCC2RGB444_8U().
  *
- * @param pY    2n samples
- * @param pCb   n samples
- * @param pCr   n samples
- * @param pDst  2n pixels of 3 bytes R, G, B: with an odd len the last pixel is not written
+ * @param pY    Y samples. Reads `2 * n bytes`.
+ * @param pCb   Cb samples. Reads `n bytes`.
+ * @param pCr   Cr samples. Reads `n bytes`.
+ * @param pDst  pixels of 3 bytes R, G, B; with an odd len the last pixel is not written. Writes `6 * n bytes`.
  * @param len   pixels; any value below 2, 0 and negative ones included, is taken as 2
  * @return #PQX_OK always
  */
@@ -1347,12 +1453,13 @@ PQX_API pqx_Status pqx_Video_ColorYCC2RGB422_BL_8U(const uint8_t* pY, const uint
 
 /**
  * Converts a row of YCC 4:2:2 to BGRA pixels with linearly interpolated chroma, as
- * pqx_Video_ColorYCC2RGB422_BL_8U() does to RGB. With n = max(len / 2, 1):
+ * pqx_Video_ColorYCC2RGB422_BL_8U() does to RGB. With `n = max(len / 2, 1)`:
  *
- * @param pY    2n samples
- * @param pCb   n samples
- * @param pCr   n samples
- * @param pDst  2n pixels of 4 bytes B, G, R, A; A is set to 255: with an odd len the last pixel is not written
+ * @param pY    Y samples. Reads `2 * n bytes`.
+ * @param pCb   Cb samples. Reads `n bytes`.
+ * @param pCr   Cr samples. Reads `n bytes`.
+ * @param pDst  pixels of 4 bytes B, G, R, A; A is set to 255; with an odd len the last pixel is not written. Writes
+ *              `8 * n bytes`.
  * @param len   pixels; any value below 2, 0 and negative ones included, is taken as 2
  * @return #PQX_OK always
  */
@@ -1363,12 +1470,15 @@ PQX_API pqx_Status pqx_Video_ColorYCC2BGRA422_BL_8U(const uint8_t* pY, const uin
  * Converts a pair of rows of YCC 4:2:0 to RGB pixels; chroma sample j serves pixels 2j and 2j+1 of both rows
  * (nearest neighbour), each as in pqx_Video_ColorYCC2RGB444_8U().
  *
- * @param pY0    upper row: 2 * (len / 2) samples
- * @param pY1    lower row: 2 * (len / 2) samples
- * @param pCb    len / 2 samples
- * @param pCr    len / 2 samples
- * @param pDst0  upper row: 2 * (len / 2) pixels of 3 bytes R, G, B: with an odd len the last pixel is not written
- * @param pDst1  lower row, likewise
+ * With `n = len / 2`:
+ *
+ * @param pY0    upper row: Y samples. Reads `2 * n bytes`.
+ * @param pY1    lower row: Y samples. Reads `2 * n bytes`.
+ * @param pCb    Cb samples. Reads `n bytes`.
+ * @param pCr    Cr samples. Reads `n bytes`.
+ * @param pDst0  upper row: pixels of 3 bytes R, G, B; with an odd len the last pixel is not written. Writes
+ *               `6 * n bytes`.
+ * @param pDst1  lower row, likewise. Writes `6 * n bytes`.
  * @param len    pixels in a row; below 2 writes nothing
  * @return #PQX_OK always
  */
@@ -1379,13 +1489,15 @@ PQX_API pqx_Status pqx_Video_ColorYCC2RGB420_NN_8U(const uint8_t* pY0, const uin
  * Converts a pair of rows of YCC 4:2:0 to BGRA pixels; chroma sample j serves pixels 2j and 2j+1 of both rows
  * (nearest neighbour), each as in pqx_Video_ColorYCC2RGB444_8U().
  *
- * @param pY0    upper row: 2 * (len / 2) samples
- * @param pY1    lower row: 2 * (len / 2) samples
- * @param pCb    len / 2 samples
- * @param pCr    len / 2 samples
- * @param pDst0  upper row: 2 * (len / 2) pixels of 4 bytes B, G, R, A; A is set to 255: with an odd len the last
- *               pixel is not written
- * @param pDst1  lower row, likewise
+ * With `n = len / 2`:
+ *
+ * @param pY0    upper row: Y samples. Reads `2 * n bytes`.
+ * @param pY1    lower row: Y samples. Reads `2 * n bytes`.
+ * @param pCb    Cb samples. Reads `n bytes`.
+ * @param pCr    Cr samples. Reads `n bytes`.
+ * @param pDst0  upper row: pixels of 4 bytes B, G, R, A; A is set to 255; with an odd len the last pixel is not
+ *               written. Writes `8 * n bytes`.
+ * @param pDst1  lower row, likewise. Writes `8 * n bytes`.
  * @param len    pixels in a row; below 2 writes nothing
  * @return #PQX_OK always
  */
@@ -1394,7 +1506,7 @@ PQX_API pqx_Status pqx_Video_ColorYCC2BGRA420_NN_8U(const uint8_t* pY0, const ui
 
 /**
  * Converts a pair of rows of YCC 4:2:0 to RGB pixels with bilinearly interpolated chroma:
- * pqx_Video_UpSample420_BL_8U() of n = max(len >> 1, 2) samples for Cb and for Cr, then
+ * pqx_Video_UpSample420_BL_8U() of max(len / 2, 2) samples for Cb and for Cr, then
  * pqx_Video_ColorYCC2RGB444_8U() for each row.
  *
  * With an odd len of 5 or more the last pixel takes the interpolated chroma of its left neighbour: a last chroma
@@ -1402,18 +1514,20 @@ PQX_API pqx_Status pqx_Video_ColorYCC2BGRA420_NN_8U(const uint8_t* pY0, const ui
  * from pqx_Malloc(): four bytes for each pixel of len rounded up to a multiple of 8, which is more than there can be
  * beyond 536,870,888 pixels.
  *
- * @param pY0    upper row: len samples
- * @param pY1    lower row: len samples
- * @param pCbA   Cb row above, n samples; the caller repeats pCbB at the top of a picture
- * @param pCrA   Cr row above, n samples
- * @param pCbB   Cb row of the two luma rows, n samples
- * @param pCrB   Cr row of the two luma rows, n samples
- * @param pCbC   Cb row below, n samples; the caller repeats pCbB at the bottom of a picture
- * @param pCrC   Cr row below, n samples
- * @param pDst0  upper row: len pixels of 3 bytes R, G, B
- * @param pDst1  lower row, likewise
- * @param len    pixels in a row; 0 or less writes nothing. From 1 to 3, two samples of each chroma row are read
- *               all the same.
+ * With `n = len < 1 ? 0 : max(len / 2, 2)`:
+ *
+ * @param pY0    upper row: Y samples. Reads `len bytes`.
+ * @param pY1    lower row: Y samples. Reads `len bytes`.
+ * @param pCbA   Cb row above; the caller repeats pCbB at the top of a picture. Reads `n bytes`.
+ * @param pCrA   Cr row above. Reads `n bytes`.
+ * @param pCbB   Cb row of the two luma rows. Reads `n bytes`.
+ * @param pCrB   Cr row of the two luma rows. Reads `n bytes`.
+ * @param pCbC   Cb row below; the caller repeats pCbB at the bottom of a picture. Reads `n bytes`.
+ * @param pCrC   Cr row below. Reads `n bytes`.
+ * @param pDst0  upper row: pixels of 3 bytes R, G, B. Writes `3 * len bytes`.
+ * @param pDst1  lower row, likewise. Writes `3 * len bytes`.
+ * @param len    pixels in a row; 0 or less writes nothing. From 1 to 3, two samples of each chroma row are read all
+ *               the same.
  * @return #PQX_OK, or #PQX_ERR_MEMORY, with nothing written, when there is no scratch memory
  */
 PQX_API pqx_Status pqx_Video_ColorYCC2RGB420_BL_8U(const uint8_t* pY0, const uint8_t* pY1, const uint8_t* pCbA,
@@ -1423,20 +1537,22 @@ PQX_API pqx_Status pqx_Video_ColorYCC2RGB420_BL_8U(const uint8_t* pY0, const uin
 
 /**
  * Converts a pair of rows of YCC 4:2:0 to BGRA pixels with bilinearly interpolated chroma, as
- * pqx_Video_ColorYCC2RGB420_BL_8U() does to RGB, with the same scratch memory. With n = max(len / 2, 2):
+ * pqx_Video_ColorYCC2RGB420_BL_8U() does to RGB, with the same scratch memory.
  *
- * @param pY0    upper row: len samples
- * @param pY1    lower row: len samples
- * @param pCbA   Cb row above, n samples; the caller repeats pCbB at the top of a picture
- * @param pCrA   Cr row above, n samples
- * @param pCbB   Cb row of the two luma rows, n samples
- * @param pCrB   Cr row of the two luma rows, n samples
- * @param pCbC   Cb row below, n samples; the caller repeats pCbB at the bottom of a picture
- * @param pCrC   Cr row below, n samples
- * @param pDst0  upper row: len pixels of 4 bytes B, G, R, A; A is set to 255
- * @param pDst1  lower row, likewise
- * @param len    pixels in a row; 0 or less writes nothing. From 1 to 3, two samples of each chroma row are read
- *               all the same.
+ * With `n = len < 1 ? 0 : max(len / 2, 2)`:
+ *
+ * @param pY0    upper row: Y samples. Reads `len bytes`.
+ * @param pY1    lower row: Y samples. Reads `len bytes`.
+ * @param pCbA   Cb row above; the caller repeats pCbB at the top of a picture. Reads `n bytes`.
+ * @param pCrA   Cr row above. Reads `n bytes`.
+ * @param pCbB   Cb row of the two luma rows. Reads `n bytes`.
+ * @param pCrB   Cr row of the two luma rows. Reads `n bytes`.
+ * @param pCbC   Cb row below; the caller repeats pCbB at the bottom of a picture. Reads `n bytes`.
+ * @param pCrC   Cr row below. Reads `n bytes`.
+ * @param pDst0  upper row: pixels of 4 bytes B, G, R, A; A is set to 255. Writes `4 * len bytes`.
+ * @param pDst1  lower row, likewise. Writes `4 * len bytes`.
+ * @param len    pixels in a row; 0 or less writes nothing. From 1 to 3, two samples of each chroma row are read all
+ *               the same.
  * @return #PQX_OK, or #PQX_ERR_MEMORY, with nothing written, when there is no scratch memory
  */
 PQX_API pqx_Status pqx_Video_ColorYCC2BGRA420_BL_8U(const uint8_t* pY0, const uint8_t* pY1, const uint8_t* pCbA,
@@ -1451,11 +1567,11 @@ PQX_API pqx_Status pqx_Video_ColorYCC2BGRA420_BL_8U(const uint8_t* pY0, const ui
  *     M = clamp((2 (255 - Y) - pqx_tGCb[Cb] + pqx_tGCr[Cr]) >> 1, 0, 255)
  *     Y = clamp((2 (255 - Y) - pqx_tBCb[Cb] + 454) >> 1, 0, 255)
  *
- * @param pY    len samples
- * @param pCb   len samples
- * @param pCr   len samples
- * @param pK    len samples
- * @param pDst  len pixels of 4 bytes C, M, Y, K
+ * @param pY    Y samples. Reads `len bytes`.
+ * @param pCb   Cb samples. Reads `len bytes`.
+ * @param pCr   Cr samples. Reads `len bytes`.
+ * @param pK    K samples. Reads `len bytes`.
+ * @param pDst  pixels of 4 bytes C, M, Y, K. Writes `4 * len bytes`.
  * @param len   pixels; 0 or less writes nothing
  * @return #PQX_OK always
  */
@@ -1474,10 +1590,10 @@ PQX_API pqx_Status pqx_Video_ColorYCCK2CMYK444_8U(const uint8_t* pY, const uint8
  * A value of 2147483647 or more gives 4095, one below -2147483648 gives 0, any other (trunc(value) >> 20) + 2048:
  * rounded to the nearest integer and saturated to 0..4095.
  *
- * @param pY    len samples, normally 0..4095
- * @param pCb   len samples
- * @param pCr   len samples
- * @param pDst  len pixels of 3 samples R, G, B
+ * @param pY    Y samples, normally 0..4095. Reads `2 * len bytes`.
+ * @param pCb   Cb samples. Reads `2 * len bytes`.
+ * @param pCr   Cr samples. Reads `2 * len bytes`.
+ * @param pDst  pixels of 3 samples R, G, B. Writes `6 * len bytes`.
  * @param len   pixels; 0 or less writes nothing
  * @return #PQX_OK always
  */
@@ -1503,12 +1619,15 @@ PQX_API pqx_Status pqx_Video_ColorYCC2RGB444_16S(const int16_t* pY, const int16_
  *     G = clamp((pqx_tYY[Y] + pqx_tGU[U] - pqx_tGV[V]) >> 1, 0, 255)
  *     B = clamp((pqx_tYY[Y] + pqx_tBU[U] - 554) >> 1, 0, 255)
  *
- * @param pY       height rows of 4 * (width / 4) samples
+ * With `w = width / 4`:
+ *
+ * @param pY       Y plane. Reads `height rows of 4 * w bytes, yStep apart`.
  * @param yStep    bytes from row to row of pY
- * @param pU       height rows of width / 4 samples
- * @param pV       likewise
+ * @param pU       U plane. Reads `height rows of w bytes, uvStep apart`.
+ * @param pV       V plane. Reads `height rows of w bytes, uvStep apart`.
  * @param uvStep   bytes from row to row of pU and of pV
- * @param pDst     height rows of 4 * (width / 4) pixels of 3 bytes R, G, B; remaining columns are not written
+ * @param pDst     pixels of 3 bytes R, G, B; remaining columns are not written. Writes `height rows of 12 * w bytes,
+ *                 dstStep apart`.
  * @param dstStep  bytes from row to row of pDst
  * @param width    pixels in a row; 0 or less does nothing
  * @param height   rows; 0 or less does nothing
@@ -1520,13 +1639,15 @@ PQX_API pqx_Status pqx_Video_ColorYUV2RGB411_8U(const uint8_t* pY, int yStep, co
 /**
  * Converts a 4:1:1 picture of studio-range YUV to ARGB pixels, as pqx_Video_ColorYUV2RGB411_8U() does to RGB.
  *
- * @param pY       height rows of 4 * (width / 4) samples
+ * With `w = width / 4`:
+ *
+ * @param pY       Y plane. Reads `height rows of 4 * w bytes, yStep apart`.
  * @param yStep    bytes from row to row of pY
- * @param pU       height rows of width / 4 samples
- * @param pV       likewise
+ * @param pU       U plane. Reads `height rows of w bytes, uvStep apart`.
+ * @param pV       V plane. Reads `height rows of w bytes, uvStep apart`.
  * @param uvStep   bytes from row to row of pU and of pV
- * @param pDst     height rows of 4 * (width / 4) pixels of 4 bytes A, R, G, B; A is set to 0; remaining columns
- *                 are not written
+ * @param pDst     pixels of 4 bytes A, R, G, B; A is set to 0; remaining columns are not written. Writes
+ *                 `height rows of 16 * w bytes, dstStep apart`.
  * @param dstStep  bytes from row to row of pDst
  * @param width    pixels in a row; 0 or less does nothing
  * @param height   rows; 0 or less does nothing
@@ -1538,13 +1659,15 @@ PQX_API pqx_Status pqx_Video_ColorYUV2ARGB411_8U(const uint8_t* pY, int yStep, c
 /**
  * Converts a 4:1:1 picture of studio-range YUV to ABGR pixels, as pqx_Video_ColorYUV2RGB411_8U() does to RGB.
  *
- * @param pY       height rows of 4 * (width / 4) samples
+ * With `w = width / 4`:
+ *
+ * @param pY       Y plane. Reads `height rows of 4 * w bytes, yStep apart`.
  * @param yStep    bytes from row to row of pY
- * @param pU       height rows of width / 4 samples
- * @param pV       likewise
+ * @param pU       U plane. Reads `height rows of w bytes, uvStep apart`.
+ * @param pV       V plane. Reads `height rows of w bytes, uvStep apart`.
  * @param uvStep   bytes from row to row of pU and of pV
- * @param pDst     height rows of 4 * (width / 4) pixels of 4 bytes A, B, G, R; A is set to 0; remaining columns
- *                 are not written
+ * @param pDst     pixels of 4 bytes A, B, G, R; A is set to 0; remaining columns are not written. Writes
+ *                 `height rows of 16 * w bytes, dstStep apart`.
  * @param dstStep  bytes from row to row of pDst
  * @param width    pixels in a row; 0 or less does nothing
  * @param height   rows; 0 or less does nothing
@@ -1557,13 +1680,15 @@ PQX_API pqx_Status pqx_Video_ColorYUV2ABGR411_8U(const uint8_t* pY, int yStep, c
  * Converts a 4:2:0 picture of studio-range YUV to RGB pixels by the formula of pqx_Video_ColorYUV2RGB411_8U(); one
  * U and one V serve the pixels of a 2x2 square.
  *
- * @param pY       2 * (height / 2) rows of 2 * (width / 2) samples
+ * With `w = width / 2` and `h = height / 2`:
+ *
+ * @param pY       Y plane. Reads `2 * h rows of 2 * w bytes, yStep apart`.
  * @param yStep    bytes from row to row of pY
- * @param pU       height / 2 rows of width / 2 samples
- * @param pV       likewise
+ * @param pU       U plane. Reads `h rows of w bytes, uvStep apart`.
+ * @param pV       V plane. Reads `h rows of w bytes, uvStep apart`.
  * @param uvStep   bytes from row to row of pU and of pV
- * @param pDst     2 * (height / 2) rows of 2 * (width / 2) pixels of 3 bytes R, G, B; remaining columns and rows
- *                 are not written
+ * @param pDst     pixels of 3 bytes R, G, B; remaining columns and rows are not written. Writes
+ *                 `2 * h rows of 6 * w bytes, dstStep apart`.
  * @param dstStep  bytes from row to row of pDst
  * @param width    pixels in a row; 0 or less does nothing
  * @param height   rows; 0 or less does nothing
@@ -1575,13 +1700,15 @@ PQX_API pqx_Status pqx_Video_ColorYUV2RGB420_8U(const uint8_t* pY, int yStep, co
 /**
  * Converts a 4:2:0 picture of studio-range YUV to ARGB pixels, as pqx_Video_ColorYUV2RGB420_8U() does to RGB.
  *
- * @param pY       2 * (height / 2) rows of 2 * (width / 2) samples
+ * With `w = width / 2` and `h = height / 2`:
+ *
+ * @param pY       Y plane. Reads `2 * h rows of 2 * w bytes, yStep apart`.
  * @param yStep    bytes from row to row of pY
- * @param pU       height / 2 rows of width / 2 samples
- * @param pV       likewise
+ * @param pU       U plane. Reads `h rows of w bytes, uvStep apart`.
+ * @param pV       V plane. Reads `h rows of w bytes, uvStep apart`.
  * @param uvStep   bytes from row to row of pU and of pV
- * @param pDst     2 * (height / 2) rows of 2 * (width / 2) pixels of 4 bytes A, R, G, B; A is set to 0; remaining
- *                 columns and rows are not written
+ * @param pDst     pixels of 4 bytes A, R, G, B; A is set to 0; remaining columns and rows are not written. Writes
+ *                 `2 * h rows of 8 * w bytes, dstStep apart`.
  * @param dstStep  bytes from row to row of pDst
  * @param width    pixels in a row; 0 or less does nothing
  * @param height   rows; 0 or less does nothing
@@ -1593,13 +1720,15 @@ PQX_API pqx_Status pqx_Video_ColorYUV2ARGB420_8U(const uint8_t* pY, int yStep, c
 /**
  * Converts a 4:2:0 picture of studio-range YUV to ABGR pixels, as pqx_Video_ColorYUV2RGB420_8U() does to RGB.
  *
- * @param pY       2 * (height / 2) rows of 2 * (width / 2) samples
+ * With `w = width / 2` and `h = height / 2`:
+ *
+ * @param pY       Y plane. Reads `2 * h rows of 2 * w bytes, yStep apart`.
  * @param yStep    bytes from row to row of pY
- * @param pU       height / 2 rows of width / 2 samples
- * @param pV       likewise
+ * @param pU       U plane. Reads `h rows of w bytes, uvStep apart`.
+ * @param pV       V plane. Reads `h rows of w bytes, uvStep apart`.
  * @param uvStep   bytes from row to row of pU and of pV
- * @param pDst     2 * (height / 2) rows of 2 * (width / 2) pixels of 4 bytes A, B, G, R; A is set to 0; remaining
- *                 columns and rows are not written
+ * @param pDst     pixels of 4 bytes A, B, G, R; A is set to 0; remaining columns and rows are not written. Writes
+ *                 `2 * h rows of 8 * w bytes, dstStep apart`.
  * @param dstStep  bytes from row to row of pDst
  * @param width    pixels in a row; 0 or less does nothing
  * @param height   rows; 0 or less does nothing
@@ -1611,13 +1740,15 @@ PQX_API pqx_Status pqx_Video_ColorYUV2ABGR420_8U(const uint8_t* pY, int yStep, c
 /**
  * Converts a 4:2:0 picture of studio-range YUV to RGBA pixels, as pqx_Video_ColorYUV2RGB420_8U() does to RGB.
  *
- * @param pY       2 * (height / 2) rows of 2 * (width / 2) samples
+ * With `w = width / 2` and `h = height / 2`:
+ *
+ * @param pY       Y plane. Reads `2 * h rows of 2 * w bytes, yStep apart`.
  * @param yStep    bytes from row to row of pY
- * @param pU       height / 2 rows of width / 2 samples
- * @param pV       likewise
+ * @param pU       U plane. Reads `h rows of w bytes, uvStep apart`.
+ * @param pV       V plane. Reads `h rows of w bytes, uvStep apart`.
  * @param uvStep   bytes from row to row of pU and of pV
- * @param pDst     2 * (height / 2) rows of 2 * (width / 2) pixels of 4 bytes R, G, B, A; A is set to 0; remaining
- *                 columns and rows are not written
+ * @param pDst     pixels of 4 bytes R, G, B, A; A is set to 0; remaining columns and rows are not written. Writes
+ *                 `2 * h rows of 8 * w bytes, dstStep apart`.
  * @param dstStep  bytes from row to row of pDst
  * @param width    pixels in a row; 0 or less does nothing
  * @param height   rows; 0 or less does nothing
@@ -1630,12 +1761,15 @@ PQX_API pqx_Status pqx_Video_ColorYUV2RGBA420_8U(const uint8_t* pY, int yStep, c
  * Converts a 4:2:2 picture of studio-range YUV to RGB pixels by the formula of pqx_Video_ColorYUV2RGB411_8U(); one
  * U and one V serve two pixels of a row.
  *
- * @param pY       height rows of 2 * (width / 2) samples
+ * With `w = width / 2`:
+ *
+ * @param pY       Y plane. Reads `height rows of 2 * w bytes, yStep apart`.
  * @param yStep    bytes from row to row of pY
- * @param pU       height rows of width / 2 samples
- * @param pV       likewise
+ * @param pU       U plane. Reads `height rows of w bytes, uvStep apart`.
+ * @param pV       V plane. Reads `height rows of w bytes, uvStep apart`.
  * @param uvStep   bytes from row to row of pU and of pV
- * @param pDst     height rows of 2 * (width / 2) pixels of 3 bytes R, G, B; remaining columns are not written
+ * @param pDst     pixels of 3 bytes R, G, B; remaining columns are not written. Writes `height rows of 6 * w bytes,
+ *                 dstStep apart`.
  * @param dstStep  bytes from row to row of pDst
  * @param width    pixels in a row; 0 or less does nothing
  * @param height   rows; 0 or less does nothing
@@ -1647,13 +1781,15 @@ PQX_API pqx_Status pqx_Video_ColorYUV2RGB422_8U(const uint8_t* pY, int yStep, co
 /**
  * Converts a 4:2:2 picture of studio-range YUV to ARGB pixels, as pqx_Video_ColorYUV2RGB422_8U() does to RGB.
  *
- * @param pY       height rows of 2 * (width / 2) samples
+ * With `w = width / 2`:
+ *
+ * @param pY       Y plane. Reads `height rows of 2 * w bytes, yStep apart`.
  * @param yStep    bytes from row to row of pY
- * @param pU       height rows of width / 2 samples
- * @param pV       likewise
+ * @param pU       U plane. Reads `height rows of w bytes, uvStep apart`.
+ * @param pV       V plane. Reads `height rows of w bytes, uvStep apart`.
  * @param uvStep   bytes from row to row of pU and of pV
- * @param pDst     height rows of 2 * (width / 2) pixels of 4 bytes A, R, G, B; A is set to 0; remaining columns
- *                 are not written
+ * @param pDst     pixels of 4 bytes A, R, G, B; A is set to 0; remaining columns are not written. Writes
+ *                 `height rows of 8 * w bytes, dstStep apart`.
  * @param dstStep  bytes from row to row of pDst
  * @param width    pixels in a row; 0 or less does nothing
  * @param height   rows; 0 or less does nothing
@@ -1665,13 +1801,15 @@ PQX_API pqx_Status pqx_Video_ColorYUV2ARGB422_8U(const uint8_t* pY, int yStep, c
 /**
  * Converts a 4:2:2 picture of studio-range YUV to ABGR pixels, as pqx_Video_ColorYUV2RGB422_8U() does to RGB.
  *
- * @param pY       height rows of 2 * (width / 2) samples
+ * With `w = width / 2`:
+ *
+ * @param pY       Y plane. Reads `height rows of 2 * w bytes, yStep apart`.
  * @param yStep    bytes from row to row of pY
- * @param pU       height rows of width / 2 samples
- * @param pV       likewise
+ * @param pU       U plane. Reads `height rows of w bytes, uvStep apart`.
+ * @param pV       V plane. Reads `height rows of w bytes, uvStep apart`.
  * @param uvStep   bytes from row to row of pU and of pV
- * @param pDst     height rows of 2 * (width / 2) pixels of 4 bytes A, B, G, R; A is set to 0; remaining columns
- *                 are not written
+ * @param pDst     pixels of 4 bytes A, B, G, R; A is set to 0; remaining columns are not written. Writes
+ *                 `height rows of 8 * w bytes, dstStep apart`.
  * @param dstStep  bytes from row to row of pDst
  * @param width    pixels in a row; 0 or less does nothing
  * @param height   rows; 0 or less does nothing
@@ -1686,11 +1824,11 @@ PQX_API pqx_Status pqx_Video_ColorYUV2ABGR422_8U(const uint8_t* pY, int yStep, c
  *
  *     R = clamp((s & 1023) - 256, 0, 255), G = clamp((s >> 10 & 1023) - 256, 0, 255), B = clamp(s >> 20, 0, 255)
  *
- * @param pY       height rows of width samples
- * @param pU       likewise
- * @param pV       likewise
+ * @param pY       Y plane. Reads `height rows of width bytes, srcStep apart`.
+ * @param pU       U plane. Reads `height rows of width bytes, srcStep apart`.
+ * @param pV       V plane. Reads `height rows of width bytes, srcStep apart`.
  * @param srcStep  bytes from row to row of the three planes
- * @param pDst     height rows of width pixels of 3 bytes R, G, B
+ * @param pDst     pixels of 3 bytes R, G, B. Writes `height rows of 3 * width bytes, dstStep apart`.
  * @param dstStep  bytes from row to row of pDst
  * @param width    pixels in a row; 0 or less does nothing
  * @param height   rows; 0 or less does nothing
@@ -1702,11 +1840,12 @@ PQX_API pqx_Status pqx_Video_ColorYUV2RGB444_8U(const uint8_t* pY, const uint8_t
 /**
  * Converts a 4:4:4 picture of studio-range YUV to ARGB pixels, as pqx_Video_ColorYUV2RGB444_8U() does to RGB.
  *
- * @param pY       height rows of width samples
- * @param pU       likewise
- * @param pV       likewise
+ * @param pY       Y plane. Reads `height rows of width bytes, srcStep apart`.
+ * @param pU       U plane. Reads `height rows of width bytes, srcStep apart`.
+ * @param pV       V plane. Reads `height rows of width bytes, srcStep apart`.
  * @param srcStep  bytes from row to row of the three planes
- * @param pDst     height rows of width pixels of 4 bytes A, R, G, B; A is set to 0
+ * @param pDst     pixels of 4 bytes A, R, G, B; A is set to 0. Writes `height rows of 4 * width bytes,
+ *                 dstStep apart`.
  * @param dstStep  bytes from row to row of pDst
  * @param width    pixels in a row; 0 or less does nothing
  * @param height   rows; 0 or less does nothing
@@ -1718,11 +1857,12 @@ PQX_API pqx_Status pqx_Video_ColorYUV2ARGB444_8U(const uint8_t* pY, const uint8_
 /**
  * Converts a 4:4:4 picture of studio-range YUV to ABGR pixels, as pqx_Video_ColorYUV2RGB444_8U() does to RGB.
  *
- * @param pY       height rows of width samples
- * @param pU       likewise
- * @param pV       likewise
+ * @param pY       Y plane. Reads `height rows of width bytes, srcStep apart`.
+ * @param pU       U plane. Reads `height rows of width bytes, srcStep apart`.
+ * @param pV       V plane. Reads `height rows of width bytes, srcStep apart`.
  * @param srcStep  bytes from row to row of the three planes
- * @param pDst     height rows of width pixels of 4 bytes A, B, G, R; A is set to 0
+ * @param pDst     pixels of 4 bytes A, B, G, R; A is set to 0. Writes `height rows of 4 * width bytes,
+ *                 dstStep apart`.
  * @param dstStep  bytes from row to row of pDst
  * @param width    pixels in a row; 0 or less does nothing
  * @param height   rows; 0 or less does nothing
@@ -1739,12 +1879,15 @@ PQX_API pqx_Status pqx_Video_ColorYUV2ABGR444_8U(const uint8_t* pY, const uint8_
  * its regular place (luma advances by 2 * yStep - 1) and one enlarged pixel before it in the destination (4 *
  * dstStep - 8 bytes further).
  *
- * @param pY       luma plane
+ * With `w = width / 2`, `h = height / 2` and `odd = width % 2`:
+ *
+ * @param pY       Y plane. Reads `h rows of 2 * w bytes, 2 * yStep - odd apart, from 0, yStep`.
  * @param yStep    bytes from row to row of pY
- * @param pU       U plane
- * @param pV       V plane
+ * @param pU       U plane. Reads `h rows of w bytes, uvStep apart`.
+ * @param pV       V plane. Reads `h rows of w bytes, uvStep apart`.
  * @param uvStep   bytes from row to row of pU and of pV
- * @param pDst     4 * (height / 2) rows of 4 * (width / 2) pixels of 4 bytes
+ * @param pDst     pixels of 4 bytes. Writes `h rows of 16 * w bytes, 4 * dstStep - 8 * odd apart, from 0, dstStep,
+ *                 2 * dstStep, 3 * dstStep`.
  * @param dstStep  bytes from row to row of pDst
  * @param width    pixels in a row of the source; below 2 does nothing
  * @param height   rows of the source, rounded down to a multiple of 2; below 2 does nothing
@@ -1762,12 +1905,15 @@ PQX_API pqx_Status pqx_Video_ColorYUV2ABGR420_X2_8U(const uint8_t* pY, int yStep
  * its regular place (luma advances by 2 * yStep - 1) and one enlarged pixel before it in the destination (6 *
  * dstStep - 12 bytes further).
  *
- * @param pY       luma plane
+ * With `w = width / 2`, `h = height / 2` and `odd = width % 2`:
+ *
+ * @param pY       Y plane. Reads `h rows of 2 * w bytes, 2 * yStep - odd apart, from 0, yStep`.
  * @param yStep    bytes from row to row of pY
- * @param pU       U plane
- * @param pV       V plane
+ * @param pU       U plane. Reads `h rows of w bytes, uvStep apart`.
+ * @param pV       V plane. Reads `h rows of w bytes, uvStep apart`.
  * @param uvStep   bytes from row to row of pU and of pV
- * @param pDst     6 * (height / 2) rows of 6 * (width / 2) pixels of 4 bytes
+ * @param pDst     pixels of 4 bytes. Writes `h rows of 24 * w bytes, 6 * dstStep - 12 * odd apart, from 0, dstStep,
+ *                 2 * dstStep, 3 * dstStep, 4 * dstStep, 5 * dstStep`.
  * @param dstStep  bytes from row to row of pDst
  * @param width    pixels in a row of the source; below 2 does nothing
  * @param height   rows of the source, rounded down to a multiple of 2; below 2 does nothing
@@ -1783,12 +1929,17 @@ PQX_API pqx_Status pqx_Video_ColorYUV2ABGR420_X3_8U(const uint8_t* pY, int yStep
  * and end on odd coordinates; pixel (x, y) takes the chroma at (x >> 1, y >> 1). An empty or inverted rectangle
  * writes nothing.
  *
- * @param pY         luma plane
+ * With `h = x0 < x1 ? y1 - y0 : 0` and `hc = h > 0 ? (y1 + 1 >> 1) - (y0 >> 1) : 0`:
+ *
+ * @param pY         Y plane. Reads `h rows of x1 - x0 bytes, yStep apart, from y0 * yStep + x0`.
  * @param yStep      bytes from row to row of pY
- * @param pU         U plane
- * @param pV         V plane
+ * @param pU         U plane. Reads `hc rows of (x1 + 1 >> 1) - (x0 >> 1) bytes, uvStep apart,
+ *                   from (y0 >> 1) * uvStep + (x0 >> 1)`.
+ * @param pV         V plane. Reads `hc rows of (x1 + 1 >> 1) - (x0 >> 1) bytes, uvStep apart,
+ *                   from (y0 >> 1) * uvStep + (x0 >> 1)`.
  * @param uvStep     bytes from row to row of pU and of pV
- * @param pDst       origin of the destination, 4 bytes a pixel: A, B, G, R; A is set to 0
+ * @param pDst       origin of the destination, 4 bytes a pixel: A, B, G, R; A is set to 0. Writes
+ *                   `h rows of 4 * (x1 - x0) bytes, dstStep apart, from y0 * dstStep + 4 * x0`.
  * @param dstStep    bytes from row to row of pDst
  * @param picWidth   width of the picture; not read
  * @param picHeight  height of the picture; not read
@@ -1806,12 +1957,17 @@ PQX_API pqx_Status pqx_Video_ColorYUV2ABGR420_W_8U(const uint8_t* pY, int yStep,
  * Converts a rectangle of a 4:2:0 picture as pqx_Video_ColorYUV2ABGR420_W_8U(), into a destination 2 times the
  * picture's size: pixel (x, y) becomes a 2x2 square whose first pixel is (2x, 2y).
  *
- * @param pY         luma plane
+ * With `h = x0 < x1 ? y1 - y0 : 0` and `hc = h > 0 ? (y1 + 1 >> 1) - (y0 >> 1) : 0`:
+ *
+ * @param pY         Y plane. Reads `h rows of x1 - x0 bytes, yStep apart, from y0 * yStep + x0`.
  * @param yStep      bytes from row to row of pY
- * @param pU         U plane
- * @param pV         V plane
+ * @param pU         U plane. Reads `hc rows of (x1 + 1 >> 1) - (x0 >> 1) bytes, uvStep apart,
+ *                   from (y0 >> 1) * uvStep + (x0 >> 1)`.
+ * @param pV         V plane. Reads `hc rows of (x1 + 1 >> 1) - (x0 >> 1) bytes, uvStep apart,
+ *                   from (y0 >> 1) * uvStep + (x0 >> 1)`.
  * @param uvStep     bytes from row to row of pU and of pV
- * @param pDst       origin of the destination, 4 bytes a pixel: A, B, G, R; A is set to 0
+ * @param pDst       origin of the destination, 4 bytes a pixel: A, B, G, R; A is set to 0. Writes
+ *                   `2 * h rows of 8 * (x1 - x0) bytes, dstStep apart, from 2 * y0 * dstStep + 8 * x0`.
  * @param dstStep    bytes from row to row of pDst
  * @param picWidth   width of the picture; not read
  * @param picHeight  height of the picture; not read
@@ -1829,12 +1985,17 @@ PQX_API pqx_Status pqx_Video_ColorYUV2ABGR420_WX2_8U(const uint8_t* pY, int ySte
  * Converts a rectangle of a 4:2:0 picture as pqx_Video_ColorYUV2ABGR420_W_8U(), into a destination 3 times the
  * picture's size: pixel (x, y) becomes a 3x3 square whose first pixel is (3x, 3y).
  *
- * @param pY         luma plane
+ * With `h = x0 < x1 ? y1 - y0 : 0` and `hc = h > 0 ? (y1 + 1 >> 1) - (y0 >> 1) : 0`:
+ *
+ * @param pY         Y plane. Reads `h rows of x1 - x0 bytes, yStep apart, from y0 * yStep + x0`.
  * @param yStep      bytes from row to row of pY
- * @param pU         U plane
- * @param pV         V plane
+ * @param pU         U plane. Reads `hc rows of (x1 + 1 >> 1) - (x0 >> 1) bytes, uvStep apart,
+ *                   from (y0 >> 1) * uvStep + (x0 >> 1)`.
+ * @param pV         V plane. Reads `hc rows of (x1 + 1 >> 1) - (x0 >> 1) bytes, uvStep apart,
+ *                   from (y0 >> 1) * uvStep + (x0 >> 1)`.
  * @param uvStep     bytes from row to row of pU and of pV
- * @param pDst       origin of the destination, 4 bytes a pixel: A, B, G, R; A is set to 0
+ * @param pDst       origin of the destination, 4 bytes a pixel: A, B, G, R; A is set to 0. Writes
+ *                   `3 * h rows of 12 * (x1 - x0) bytes, dstStep apart, from 3 * y0 * dstStep + 12 * x0`.
  * @param dstStep    bytes from row to row of pDst
  * @param picWidth   width of the picture; not read
  * @param picHeight  height of the picture; not read
@@ -1859,8 +2020,8 @@ PQX_API pqx_Status pqx_Video_ColorYUV2ABGR420_WX3_8U(const uint8_t* pY, int ySte
 /**
  * Drops the alpha byte: A, B, G, R to R, G, B. In place each pixel is read whole before it is written.
  *
- * @param pSrc  len pixels of 4 bytes A, B, G, R
- * @param pDst  len pixels of 3 bytes R, G, B; may equal pSrc
+ * @param pSrc  pixels of 4 bytes A, B, G, R. May read `4 * len bytes`.
+ * @param pDst  pixels of 3 bytes R, G, B. Writes `3 * len bytes`. May equal `pSrc`.
  * @param len   pixels; 0 or less does nothing
  * @return #PQX_OK always
  */
@@ -1869,8 +2030,8 @@ PQX_API pqx_Status pqx_Video_ColorABGR2RGB_8U(const uint8_t* pSrc, uint8_t* pDst
 /**
  * Drops the alpha byte: A, R, G, B to R, G, B. In place each pixel is read whole before it is written.
  *
- * @param pSrc  len pixels of 4 bytes A, R, G, B
- * @param pDst  len pixels of 3 bytes R, G, B; may equal pSrc
+ * @param pSrc  pixels of 4 bytes A, R, G, B. May read `4 * len bytes`.
+ * @param pDst  pixels of 3 bytes R, G, B. Writes `3 * len bytes`. May equal `pSrc`.
  * @param len   pixels; 0 or less does nothing
  * @return #PQX_OK always
  */
@@ -1879,8 +2040,8 @@ PQX_API pqx_Status pqx_Video_ColorARGB2RGB_8U(const uint8_t* pSrc, uint8_t* pDst
 /**
  * Adds an alpha byte of 0: R, G, B to A, B, G, R.
  *
- * @param pSrc  len pixels of 3 bytes R, G, B
- * @param pDst  len pixels of 4 bytes A, B, G, R
+ * @param pSrc  pixels of 3 bytes R, G, B. Reads `3 * len bytes`.
+ * @param pDst  pixels of 4 bytes A, B, G, R. Writes `4 * len bytes`.
  * @param len   pixels; 0 or less does nothing
  * @return #PQX_OK always
  */
@@ -1889,8 +2050,8 @@ PQX_API pqx_Status pqx_Video_ColorRGB2ABGR_8U(const uint8_t* pSrc, uint8_t* pDst
 /**
  * Adds an alpha byte of 0: R, G, B to A, R, G, B.
  *
- * @param pSrc  len pixels of 3 bytes R, G, B
- * @param pDst  len pixels of 4 bytes A, R, G, B
+ * @param pSrc  pixels of 3 bytes R, G, B. Reads `3 * len bytes`.
+ * @param pDst  pixels of 4 bytes A, R, G, B. Writes `4 * len bytes`.
  * @param len   pixels; 0 or less does nothing
  * @return #PQX_OK always
  */
@@ -1899,7 +2060,7 @@ PQX_API pqx_Status pqx_Video_ColorRGB2ARGB_8U(const uint8_t* pSrc, uint8_t* pDst
 /**
  * Exchanges bytes 1 and 3 of each 4-byte pixel in place: ARGB to ABGR or back.
  *
- * @param pSrcDst  len pixels of 4 bytes
+ * @param pSrcDst  pixels of 4 bytes. May read and write `4 * len bytes`.
  * @param len      pixels; 0 or less does nothing
  * @return #PQX_OK always
  */
@@ -1908,7 +2069,7 @@ PQX_API pqx_Status pqx_Video_ColorARGB2ABGR_8U_I(uint8_t* pSrcDst, int len);
 /**
  * Exchanges bytes 0 and 2 of each 3-byte pixel in place: RGB to BGR or back.
  *
- * @param pSrcDst  len pixels of 3 bytes
+ * @param pSrcDst  pixels of 3 bytes. Reads and writes `3 * len bytes`.
  * @param len      pixels; 0 or less does nothing
  * @return #PQX_OK always
  */
@@ -1918,9 +2079,9 @@ PQX_API pqx_Status pqx_Video_ColorRGB2BGR_8U_I(uint8_t* pSrcDst, int len);
  * Reverses the four bytes of each pixel, RGBA to ABGR or back, by the byte swap of libpqx_vector. Steps are
  * counted in pixels, not in bytes.
  *
- * @param pSrc     height rows of width pixels
+ * @param pSrc     pixels of 4 bytes. Reads `height rows of 4 * width bytes, 4 * srcStep apart`.
  * @param srcStep  pixels from row to row of pSrc
- * @param pDst     height rows of width pixels; may equal pSrc, with equal steps
+ * @param pDst     pixels of 4 bytes. Writes `height rows of 4 * width bytes, 4 * dstStep apart`. May equal `pSrc`.
  * @param dstStep  pixels from row to row of pDst
  * @param width    pixels in a row; 0 or less does nothing
  * @param height   rows; 0 or less does nothing
@@ -1932,10 +2093,10 @@ PQX_API pqx_Status pqx_Video_ColorRGBA2ABGR_32U(const uint32_t* pSrc, int srcSte
 /**
  * Merges two planes into pixels of 2 bytes: pDst[2*i + k] = pSrck[i].
  *
- * @param pSrc0  channel 0: len samples
- * @param pSrc1  channel 1: len samples
+ * @param pSrc0  channel 0. Reads `len bytes`.
+ * @param pSrc1  channel 1. Reads `len bytes`.
  * @param len    pixels; 0 or less does nothing
- * @param pDst   2 * len samples
+ * @param pDst   pixels. Writes `2 * len bytes`.
  * @return #PQX_OK always
  */
 PQX_API pqx_Status pqx_Video_ColorMerge2_8U(const uint8_t* pSrc0, const uint8_t* pSrc1, int len, uint8_t* pDst);
@@ -1943,11 +2104,11 @@ PQX_API pqx_Status pqx_Video_ColorMerge2_8U(const uint8_t* pSrc0, const uint8_t*
 /**
  * Merges three planes into pixels of 3 bytes: pDst[3*i + k] = pSrck[i].
  *
- * @param pSrc0  channel 0: len samples
- * @param pSrc1  channel 1: len samples
- * @param pSrc2  channel 2: len samples
+ * @param pSrc0  channel 0. Reads `len bytes`.
+ * @param pSrc1  channel 1. Reads `len bytes`.
+ * @param pSrc2  channel 2. Reads `len bytes`.
  * @param len    pixels; 0 or less does nothing
- * @param pDst   3 * len samples
+ * @param pDst   pixels. Writes `3 * len bytes`.
  * @return #PQX_OK always
  */
 PQX_API pqx_Status pqx_Video_ColorMerge3_8U(const uint8_t* pSrc0, const uint8_t* pSrc1, const uint8_t* pSrc2, int len,
@@ -1956,12 +2117,12 @@ PQX_API pqx_Status pqx_Video_ColorMerge3_8U(const uint8_t* pSrc0, const uint8_t*
 /**
  * Merges four planes into pixels of 4 bytes: pDst[4*i + k] = pSrck[i].
  *
- * @param pSrc0  channel 0: len samples
- * @param pSrc1  channel 1: len samples
- * @param pSrc2  channel 2: len samples
- * @param pSrc3  channel 3: len samples
+ * @param pSrc0  channel 0. Reads `len bytes`.
+ * @param pSrc1  channel 1. Reads `len bytes`.
+ * @param pSrc2  channel 2. Reads `len bytes`.
+ * @param pSrc3  channel 3. Reads `len bytes`.
  * @param len    pixels; 0 or less does nothing
- * @param pDst   4 * len samples
+ * @param pDst   pixels. Writes `4 * len bytes`.
  * @return #PQX_OK always
  */
 PQX_API pqx_Status pqx_Video_ColorMerge4_8U(const uint8_t* pSrc0, const uint8_t* pSrc1, const uint8_t* pSrc2,
@@ -1970,10 +2131,10 @@ PQX_API pqx_Status pqx_Video_ColorMerge4_8U(const uint8_t* pSrc0, const uint8_t*
 /**
  * Merges two planes into pixels of 2 16-bit samples: pDst[2*i + k] = pSrck[i].
  *
- * @param pSrc0  channel 0: len samples
- * @param pSrc1  channel 1: len samples
+ * @param pSrc0  channel 0. Reads `2 * len bytes`.
+ * @param pSrc1  channel 1. Reads `2 * len bytes`.
  * @param len    pixels; 0 or less does nothing
- * @param pDst   2 * len samples
+ * @param pDst   pixels. Writes `4 * len bytes`.
  * @return #PQX_OK always
  */
 PQX_API pqx_Status pqx_Video_ColorMerge2_16S(const int16_t* pSrc0, const int16_t* pSrc1, int len, int16_t* pDst);
@@ -1981,11 +2142,11 @@ PQX_API pqx_Status pqx_Video_ColorMerge2_16S(const int16_t* pSrc0, const int16_t
 /**
  * Merges three planes into pixels of 3 16-bit samples: pDst[3*i + k] = pSrck[i].
  *
- * @param pSrc0  channel 0: len samples
- * @param pSrc1  channel 1: len samples
- * @param pSrc2  channel 2: len samples
+ * @param pSrc0  channel 0. Reads `2 * len bytes`.
+ * @param pSrc1  channel 1. Reads `2 * len bytes`.
+ * @param pSrc2  channel 2. Reads `2 * len bytes`.
  * @param len    pixels; 0 or less does nothing
- * @param pDst   3 * len samples
+ * @param pDst   pixels. Writes `6 * len bytes`.
  * @return #PQX_OK always
  */
 PQX_API pqx_Status pqx_Video_ColorMerge3_16S(const int16_t* pSrc0, const int16_t* pSrc1, const int16_t* pSrc2,
@@ -1994,12 +2155,12 @@ PQX_API pqx_Status pqx_Video_ColorMerge3_16S(const int16_t* pSrc0, const int16_t
 /**
  * Merges four planes into pixels of 4 16-bit samples: pDst[4*i + k] = pSrck[i].
  *
- * @param pSrc0  channel 0: len samples
- * @param pSrc1  channel 1: len samples
- * @param pSrc2  channel 2: len samples
- * @param pSrc3  channel 3: len samples
+ * @param pSrc0  channel 0. Reads `2 * len bytes`.
+ * @param pSrc1  channel 1. Reads `2 * len bytes`.
+ * @param pSrc2  channel 2. Reads `2 * len bytes`.
+ * @param pSrc3  channel 3. Reads `2 * len bytes`.
  * @param len    pixels; 0 or less does nothing
- * @param pDst   4 * len samples
+ * @param pDst   pixels. Writes `8 * len bytes`.
  * @return #PQX_OK always
  */
 PQX_API pqx_Status pqx_Video_ColorMerge4_16S(const int16_t* pSrc0, const int16_t* pSrc1, const int16_t* pSrc2,
@@ -2008,9 +2169,9 @@ PQX_API pqx_Status pqx_Video_ColorMerge4_16S(const int16_t* pSrc0, const int16_t
 /**
  * Splits pixels of 2 bytes into two planes: pDstk[i] = pSrc[2*i + k].
  *
- * @param pSrc   2 * len samples
- * @param pDst0  channel 0: len samples
- * @param pDst1  channel 1: len samples
+ * @param pSrc   pixels. Reads `2 * len bytes`.
+ * @param pDst0  channel 0. Writes `len bytes`.
+ * @param pDst1  channel 1. Writes `len bytes`.
  * @param len    pixels; 0 or less does nothing
  * @return #PQX_OK always
  */
@@ -2019,10 +2180,10 @@ PQX_API pqx_Status pqx_Video_ColorSplit2_8U(const uint8_t* pSrc, uint8_t* pDst0,
 /**
  * Splits pixels of 3 bytes into three planes: pDstk[i] = pSrc[3*i + k].
  *
- * @param pSrc   3 * len samples
- * @param pDst0  channel 0: len samples
- * @param pDst1  channel 1: len samples
- * @param pDst2  channel 2: len samples
+ * @param pSrc   pixels. Reads `3 * len bytes`.
+ * @param pDst0  channel 0. Writes `len bytes`.
+ * @param pDst1  channel 1. Writes `len bytes`.
+ * @param pDst2  channel 2. Writes `len bytes`.
  * @param len    pixels; 0 or less does nothing
  * @return #PQX_OK always
  */
@@ -2032,11 +2193,11 @@ PQX_API pqx_Status pqx_Video_ColorSplit3_8U(const uint8_t* pSrc, uint8_t* pDst0,
 /**
  * Splits pixels of 4 bytes into four planes: pDstk[i] = pSrc[4*i + k].
  *
- * @param pSrc   4 * len samples
- * @param pDst0  channel 0: len samples
- * @param pDst1  channel 1: len samples
- * @param pDst2  channel 2: len samples
- * @param pDst3  channel 3: len samples
+ * @param pSrc   pixels. Reads `4 * len bytes`.
+ * @param pDst0  channel 0. Writes `len bytes`.
+ * @param pDst1  channel 1. Writes `len bytes`.
+ * @param pDst2  channel 2. Writes `len bytes`.
+ * @param pDst3  channel 3. Writes `len bytes`.
  * @param len    pixels; 0 or less does nothing
  * @return #PQX_OK always
  */
@@ -2046,9 +2207,9 @@ PQX_API pqx_Status pqx_Video_ColorSplit4_8U(const uint8_t* pSrc, uint8_t* pDst0,
 /**
  * Splits pixels of 2 16-bit samples into two planes: pDstk[i] = pSrc[2*i + k].
  *
- * @param pSrc   2 * len samples
- * @param pDst0  channel 0: len samples
- * @param pDst1  channel 1: len samples
+ * @param pSrc   pixels. Reads `4 * len bytes`.
+ * @param pDst0  channel 0. Writes `2 * len bytes`.
+ * @param pDst1  channel 1. Writes `2 * len bytes`.
  * @param len    pixels; 0 or less does nothing
  * @return #PQX_OK always
  */
@@ -2057,10 +2218,10 @@ PQX_API pqx_Status pqx_Video_ColorSplit2_16S(const int16_t* pSrc, int16_t* pDst0
 /**
  * Splits pixels of 3 16-bit samples into three planes: pDstk[i] = pSrc[3*i + k].
  *
- * @param pSrc   3 * len samples
- * @param pDst0  channel 0: len samples
- * @param pDst1  channel 1: len samples
- * @param pDst2  channel 2: len samples
+ * @param pSrc   pixels. Reads `6 * len bytes`.
+ * @param pDst0  channel 0. Writes `2 * len bytes`.
+ * @param pDst1  channel 1. Writes `2 * len bytes`.
+ * @param pDst2  channel 2. Writes `2 * len bytes`.
  * @param len    pixels; 0 or less does nothing
  * @return #PQX_OK always
  */
@@ -2070,11 +2231,11 @@ PQX_API pqx_Status pqx_Video_ColorSplit3_16S(const int16_t* pSrc, int16_t* pDst0
 /**
  * Splits pixels of 4 16-bit samples into four planes: pDstk[i] = pSrc[4*i + k].
  *
- * @param pSrc   4 * len samples
- * @param pDst0  channel 0: len samples
- * @param pDst1  channel 1: len samples
- * @param pDst2  channel 2: len samples
- * @param pDst3  channel 3: len samples
+ * @param pSrc   pixels. Reads `8 * len bytes`.
+ * @param pDst0  channel 0. Writes `2 * len bytes`.
+ * @param pDst1  channel 1. Writes `2 * len bytes`.
+ * @param pDst2  channel 2. Writes `2 * len bytes`.
+ * @param pDst3  channel 3. Writes `2 * len bytes`.
  * @param len    pixels; 0 or less does nothing
  * @return #PQX_OK always
  */

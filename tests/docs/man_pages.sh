@@ -19,7 +19,6 @@ for name in $functions; do
   page=man3/$name.3
   [ -e "$page" ] || { complaint "$page is missing"; continue; }
   grep -q "^$names "'\\- [a-zA-Z0-9]' "$page" || complaint "$page is not headed $names"
-  [[ $name != pqx_Video* ]] || grep -qx '\.SH FOOTPRINT' "$page" || complaint "$page has no footprint"
   # A line of the header that begins with the sign of a formula would make the rest of it a list.
   ! grep -q '^\.IP' "$page" || complaint "$page has a list"
   for section in NAME LIBRARY SYNOPSIS DESCRIPTION 'RETURN VALUE' NOTES 'SEE ALSO'; do

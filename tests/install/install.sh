@@ -29,7 +29,7 @@ for library in video vector; do
   expect static "$work/package/${library}_static"
 done
 expect shared "$prefix/bin/pqxvideo" "" --version
-for file in share/doc/pqx_video/LICENSE share/man/man1/pqxvideo.1; do
+for file in share/doc/pqx_video/LICENSE share/man/man1/pqxvideo.1 share/pqx_video/contract.json; do
   [ -s "$prefix/$file" ] || fail "there is no $file"
 done
 

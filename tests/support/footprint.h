@@ -1,4 +1,4 @@
-/// What the manual says that operations touch, read from its page on footprints.
+/// What operations may touch, as the comments of the public header say.
 #pragma once
 
 #include <map>
@@ -9,40 +9,45 @@
 
 namespace test {
 
-class Footprint {
- public:
-  /// By the names of the functions.
-  static const std::map<std::string, Footprint>& all();
-
-  struct Bytes {
-    bool read = false, written = false;
-    std::string formula;
-  };
-  std::map<std::string, std::string> definitions;
-  std::map<std::string, Bytes> arguments;
-
-  struct Rows {
-    int64_t count, bytes, apart, offset;
-  };
-  /// The bytes of an argument for these values of the parameters.
-  std::vector<Rows> rows(const std::string& argument, const std::map<std::string, int64_t>& values) const;
+/// So many rows of so many bytes, from an offset on.
+struct Rows {
+  int64_t count, bytes, apart, offset;
 };
+namespace Footprint {
+using test::Rows;
+}
+
+/// What may lie in a source's memory: what starts where the source does; also where only rows that are done are
+/// written over; anything.
+enum class Overlaps { equal, done, any };
 
 struct Parameter {
-  std::string type, name;
-};
-/// Functions of the public header that it declares under pqx_Video, with their parameters.
-const std::map<std::string, std::vector<Parameter>>& declared_functions();
+  std::string name;
+  bool reads = false, writes = false;  // pointers
+  bool always = false;                 // every call reads all of it
+  int step = 0;                        // steps: bytes of what is counted
+  std::vector<std::pair<size_t, Overlaps>> overlaps = {};
 
-/// For every argument what the manual says, or nothing where it does not have the operation; no rows for a size.
-std::vector<std::vector<Footprint::Rows>> rows_by_manual(const Operation& operation, Ints ints);
+  bool is_pointer() const { return reads || writes; }
+};
+struct Contract {
+  std::vector<Parameter> parameters;
+  std::vector<std::vector<Rows>> (*touched)(const int* ints);  // by parameter; none for a number
+  bool (*needs)(const int* ints);                              // what the caller has to see to
+  Call run;
+};
+/// By the names of the functions.
+const std::map<std::string, Contract>& contracts();
+const Contract& contract_of(const Operation& operation);
+
+std::vector<std::vector<Rows>> rows_by_manual(const Operation& operation, Ints ints);
 
 /// The same bytes in ascending spans that neither touch nor overlap.
 std::vector<Span> joined(std::vector<Span> spans);
 
-std::vector<Span> joined(const std::vector<Footprint::Rows>& rows);
+std::vector<Span> joined(const std::vector<Rows>& rows);
 
-/// Fails the running test where the page knows an operation and has other bytes than its descriptor.
+/// Fails the running test where an operation's descriptor has other bytes than its contract.
 void compare_with_manual(const Operation& operation, Ints ints);
 
 }  // namespace test
