@@ -132,7 +132,7 @@ class Library:
     def head(self, names, purpose, prototypes):
         """The page up to its synopsis."""
         return (f'.\\" Made by docs/man.py from pqx_video.h.\n.TH {names[0]} 3 {self.date} '
-                f'"libpqx_video {self.version}" "pqx_video manual"\n.nh\n'
+                f'"libpqx_video {self.version}" "pqx_video manual"\n'
                 f".SH NAME\n{', '.join(names)} \\- {purpose}\n"
                 ".SH LIBRARY\nVideo and picture primitives\n.RI ( libpqx_video ,\\~ \\-lpqx_video )\n"
                 f".SH SYNOPSIS\n.nf\n.B #include <pqx_video.h>\n.PP\n{prototypes}.fi\n")
@@ -142,7 +142,7 @@ class Library:
         single = "under this name only" in flat(member.find("detaileddescription"))
         names = [name] if single else [name, "__" + name]
         page = self.head(names, purpose(brief(member)), self.prototype(member))
-        page += ".SH DESCRIPTION\n" + description(member)
+        page += ".nh\n.SH DESCRIPTION\n" + description(member)  # a hyphen within a formula would be a minus
         parameters = member.findall(".//parameterlist[@kind='param']/parameteritem")
         if parameters:
             page += ".SH PARAMETERS\n"
@@ -150,12 +150,12 @@ class Library:
             text = "".join(blocks(p, "") for p in item.findall("parameterdescription/para"))
             page += f".TP\n.I {item.find('parameternamelist/parametername').text}\n{text}"
         result = "".join(blocks(p, "") for p in member.findall(".//simplesect[@kind='return']/para"))
-        page += f".SH RETURN VALUE\n{result.strip() or 'None'}.\n"
+        page += f".hy\n.SH RETURN VALUE\n{result.strip() or 'None'}.\n"
         if single:
             note = "The function is exported under this name only."
         else:
             note = f"Both names are exported at one entry; calls within the library use \\fI__{name}\\fR."
-        common = ("What holds for every operation \\- steps, sizes, overlapping buffers, threads \\- is in "
+        common = ("What holds for every operation \\- steps, sizes, formulas, overlapping buffers, threads \\- is in "
                   "\\fBpqx_video\\fR(3).")
         page += f".SH NOTES\n{filled(note)}\n.PP\n{filled(common)}\n"
         return page + self.see_also(name)

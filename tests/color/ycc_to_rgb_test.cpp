@@ -7,63 +7,31 @@
 #include "operation.h"
 #include "plain.h"
 
-using test::buffer, test::Ints, test::pairs, test::pixels_of_pairs, test::range, test::scratch, test::size,
-    test::whole;
+using test::scratch;
 
 namespace {
 
-using Length = int64_t (*)(int len);
-int64_t one_pair_or_more(int len) { return std::max(len / 2, 1); }
-int64_t pixels_of_one_pair_or_more(int len) { return 2 * one_pair_or_more(len); }
-int64_t interpolated(int len) { return len < 1 ? 0 : std::max(len / 2, 2); }
-
-/// Samples or pixels, as many as the last argument, a length, asks for.
-test::Argument bytes(Length length, int per_pixel = 1) {
-  return buffer<uint8_t>([=](Ints n) { return per_pixel * length(n.back()); });
-}
-
 TEST_OPERATIONS(YccToRgb, MatchesTheFormulaOnEveryRow) {
-  const auto len = test::length();
-  const auto y = bytes(whole);
-  auto full = [&](int pixel) { return std::vector{y, y, y, bytes(whole, pixel), len}; };
-  auto nearest_422 = [&](int pixel) {
-    return std::vector{bytes(pixels_of_pairs), bytes(pairs), bytes(pairs), bytes(pixels_of_pairs, pixel), len};
-  };
-  auto linear_422 = [&](int pixel) {
-    const auto chroma = bytes(one_pair_or_more), dst = bytes(pixels_of_one_pair_or_more, pixel);
-    return std::vector{bytes(pixels_of_one_pair_or_more), chroma, chroma, dst, len};
-  };
-  auto nearest_420 = [&](int pixel) {
-    const auto luma = bytes(pixels_of_pairs), chroma = bytes(pairs), dst = bytes(pixels_of_pairs, pixel);
-    return std::vector{luma, luma, chroma, chroma, dst, dst, len};
-  };
-  auto linear_420 = [&](int pixel) {
-    const auto c = bytes(interpolated), dst = bytes(whole, pixel);
-    return std::vector{y, y, c, c, c, c, c, c, dst, dst, len};
-  };
   test::check({
-      OPERATION(ColorYCC2RGB444_8U, full(3)),
-      OPERATION(ColorYCC2BGRA444_8U, full(4)),
-      OPERATION(ColorYCC2ARGB444_8U, full(4)),
-      OPERATION(ColorYCC2RGB422_NN_8U, nearest_422(3)),
-      OPERATION(ColorYCC2BGRA422_NN_8U, nearest_422(4)),
-      OPERATION(ColorYCC2RGB422_BL_8U, linear_422(3)),
-      OPERATION(ColorYCC2BGRA422_BL_8U, linear_422(4)),
-      OPERATION(ColorYCC2RGB420_NN_8U, nearest_420(3)),
-      OPERATION(ColorYCC2BGRA420_NN_8U, nearest_420(4)),
-      OPERATION(ColorYCC2RGB420_BL_8U, linear_420(3)),
-      OPERATION(ColorYCC2BGRA420_BL_8U, linear_420(4)),
-      OPERATION(ColorYCCK2CMYK444_8U, {y, y, y, y, bytes(whole, 4), len}),
+      OPERATION(ColorYCC2RGB444_8U),
+      OPERATION(ColorYCC2BGRA444_8U),
+      OPERATION(ColorYCC2ARGB444_8U),
+      OPERATION(ColorYCC2RGB422_NN_8U),
+      OPERATION(ColorYCC2BGRA422_NN_8U),
+      OPERATION(ColorYCC2RGB422_BL_8U),
+      OPERATION(ColorYCC2BGRA422_BL_8U),
+      OPERATION(ColorYCC2RGB420_NN_8U),
+      OPERATION(ColorYCC2BGRA420_NN_8U),
+      OPERATION(ColorYCC2RGB420_BL_8U),
+      OPERATION(ColorYCC2BGRA420_BL_8U),
+      OPERATION(ColorYCCK2CMYK444_8U),
   });
 }
 
 // Beyond twelve bits luma saturates and chroma wraps.
 TEST_OPERATIONS(YccToRgb, SixteenBitRowsMatchTheFormula) {
-  for (const auto& fill : {range<int16_t>(0, 4095), range<int16_t>(-32768, 32767)}) {
-    const auto plane = buffer<int16_t>([](Ints n) { return whole(n.back()); }, fill);
-    const auto dst = buffer<int16_t>([](Ints n) { return 3 * whole(n.back()); });
-    test::check(OPERATION(ColorYCC2RGB444_16S, {plane, plane, plane, dst, test::length()}));
-  }
+  for (const auto& fill : {test::range<int16_t>(0, 4095), test::any<int16_t>()})
+    test::check(OPERATION(ColorYCC2RGB444_16S, .fills = {{"pY", fill}, {"pCb", fill}, {"pCr", fill}}));
 }
 
 /// Converts planes, luma first, that are as long as the operation needs them for that luma.
@@ -89,10 +57,10 @@ TEST(YccToRgb, ConvertsEveryColour) {
   for (size_t i = 0; i < cr.size(); ++i) cr[i] = cr_of_pairs[i / 2] = uint8_t(i / 256);
   for (int b = 0; b < 256; ++b) {
     const std::vector<uint8_t> cb(65536, uint8_t(b)), cb_of_pairs(32768, uint8_t(b));
-    expect_same_pixels<uint8_t>(OPERATION(ColorYCC2RGB444_8U, {}), {y, cb, cr}, 3);
-    expect_same_pixels<uint8_t>(OPERATION(ColorYCC2BGRA444_8U, {}), {y, cb, cr}, 4);
-    expect_same_pixels<uint8_t>(OPERATION(ColorYCC2RGB422_NN_8U, {}), {y, cb_of_pairs, cr_of_pairs}, 3);
-    expect_same_pixels<uint8_t>(OPERATION(ColorYCCK2CMYK444_8U, {}), {y, cb, cr, y}, 4);
+    expect_same_pixels<uint8_t>(OPERATION(ColorYCC2RGB444_8U), {y, cb, cr}, 3);
+    expect_same_pixels<uint8_t>(OPERATION(ColorYCC2BGRA444_8U), {y, cb, cr}, 4);
+    expect_same_pixels<uint8_t>(OPERATION(ColorYCC2RGB422_NN_8U), {y, cb_of_pairs, cr_of_pairs}, 3);
+    expect_same_pixels<uint8_t>(OPERATION(ColorYCCK2CMYK444_8U), {y, cb, cr, y}, 4);
     if (HasFatalFailure()) return;
   }
 }
@@ -103,8 +71,7 @@ TEST(YccToRgb, RoundsEveryTwelveBitSum) {
   std::iota(y.begin(), y.end(), int16_t(0));
   for (int c = 0; c < 4096; ++c) {
     for (int i = 0; i < 4096; ++i) cb[size_t(i)] = int16_t((i + c) % 4096);
-    expect_same_pixels<int16_t>(OPERATION(ColorYCC2RGB444_16S, {}), {y, cb, std::vector<int16_t>(4096, int16_t(c))},
-                                3);
+    expect_same_pixels<int16_t>(OPERATION(ColorYCC2RGB444_16S), {y, cb, std::vector<int16_t>(4096, int16_t(c))}, 3);
     if (HasFatalFailure()) return;
   }
 }

@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <fstream>
+#include <set>
+
 #if defined(__SANITIZE_ADDRESS__)
 #define PQX_SANITIZED 1
 #elif defined(__has_feature)
@@ -18,6 +21,15 @@ TEST(Contracts, SayExactlyWhatIsTouched) {
 #endif
   if (std::getenv("PQX_TEST_FEW_CASES")) GTEST_SKIP() << "valgrind takes the faults, and emulation is slow";
   for (const auto& [name, contract] : test::contracts()) EXPECT_EQ(test::exact(contract), "") << name;
+}
+
+// The digests are those of the operations that the tests run.
+TEST(Contracts, AreAllCompared) {
+  std::set<std::string> run;
+  std::ifstream digests(PQX_SOURCE_DIR "/tests/thorough/digests.txt");
+  for (std::string name, rest; digests >> name && std::getline(digests, rest);) run.insert(name);
+  for (const auto& [name, contract] : test::contracts())
+    EXPECT_TRUE(run.contains(name.substr(name.rfind("pqx_Video_", 0) == 0 ? 10 : 0))) << name;
 }
 
 }  // namespace

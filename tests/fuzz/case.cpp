@@ -5,8 +5,6 @@
 #include <cstdio>
 #include <thread>
 
-#include "footprint.h"
-
 #if defined(__has_feature)
 #if __has_feature(address_sanitizer)
 #include <sanitizer/asan_interface.h>
@@ -79,18 +77,18 @@ Case::Case(std::span<const uint8_t> bytes) {
   block_of_.assign(count, 0);
   distance_of_.assign(count, 0);
   for (size_t k = 0; k < count; ++k) {
-    if (!operation.arguments[k].is_pointer || (overlap && overlap->destination == int(k))) continue;
+    if (!operation.arguments[k].is_pointer || (overlap && overlap->destination == k)) continue;
     std::vector<Span> spans = drawn_.spans[k];
-    const bool shared = overlap && overlap->source == int(k);
+    const bool shared = overlap && overlap->source == k;
     block_of_[k] = blocks_.size();
     if (shared) {
-      const auto destination = size_t(overlap->destination);
+      const size_t destination = overlap->destination;
       block_of_[destination] = blocks_.size();
       distance_of_[destination] = drawn_.distance;
       for (const Span& s : drawn_.spans[destination]) spans.push_back({s.offset + drawn_.distance, s.bytes});
     }
     blocks_.push_back(make_block(joined(spans), drawn_.place == Place::aligned ? 0 : int(numbers.take(1) % 16)));
-    blocks_.back().shared = operation.run.only_reads[k] && !shared;
+    blocks_.back().shared = !operation.contract->parameters[k].writes && !shared;
   }
 
   // Contents as the tests fill them, or nearly all 0, or as they come.

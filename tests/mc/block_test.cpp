@@ -5,29 +5,19 @@
 #include "operation.h"
 #include "plain.h"
 
-using test::Argument, test::buffer, test::Ints, test::plane, test::size, test::step;
-
 namespace {
 
-int64_t eight(Ints) { return 8; }
-int64_t block(Ints) { return 64; }
-
 TEST_OPERATIONS(AddBlock, SaturatesAndKeepsSampleOrderUnderOverlap) {
-  const Argument picture = plane(2, eight, eight), any = buffer<int16_t>(block);
-  const Argument small = buffer<int16_t>(block, test::range<int16_t>(-300, 300));
-  Argument near_steps = size({}, -9, 9);
+  const std::map<std::string, test::Fill> small = {{"pSrc", test::range<int16_t>(-300, 300)}};
   test::check({
-      OPERATION(AddBlock_16S_8U_I, {any, picture, step(eight)}, {{1, 0}}),
-      OPERATION(AddBlock_16S_8U_I, {small, picture, step(eight)}, {{1, 0}}),
-      OPERATION(AddBlock_16S_8U_I, {small, picture, near_steps}, {{1, 0}}),
+      OPERATION(AddBlock_16S_8U_I),
+      OPERATION(AddBlock_16S_8U_I, .fills = small),
+      OPERATION(AddBlock_16S_8U_I, .arguments = {{"step", test::size({}, -9, 9)}}, .fills = small),
   });
 }
 
 TEST_OPERATIONS(SumAbsDiff, SumsWholeGroupsOfEight) {
-  const auto columns = [](Ints n) { return n[3] < 1 ? 0 : (n[3] + 7) / 8 * 8; };
-  const auto rows = [](Ints n) { return n[3] < 1 ? 0 : n[4]; };
-  test::check({OPERATION(SumAbsDiff_8U, {plane(2, columns, rows), plane(2, columns, rows), step(columns),
-                                         size({8, 16}), size({8, 16})})});
+  test::check(OPERATION(SumAbsDiff_8U, .sizes = test::size({8, 16})));
 }
 
 // The sum passes 2^32 where every sample differs by 255.
@@ -38,23 +28,11 @@ TEST(SumAbsDiff, WrapsAtThirtyTwoBits) {
 }
 
 TEST_OPERATIONS(OverlappedMC, WeighsThePredictionsOfTheNeighbours) {
-  // The predictions in the order of the arguments, from the first of ten coordinates on.
-  const auto reference = [](int first) {
-    return test::touching<uint8_t>([=](Ints n) {
-      std::vector<test::Span> spans;
-      for (int k = 0; k < 5; ++k) {
-        const auto first_row = int32_t(uint32_t(n[size_t(first + 2 * k + 1)]) * uint32_t(n[1]));
-        for (int64_t row = 0; row < 8; ++row)
-          spans.push_back({first_row + 2 * row * n[1] + n[size_t(first + 2 * k)], 15});
-      }
-      return spans;
-    });
-  };
-  const auto fifteen = [](Ints) { return 15; };
-  std::vector<Argument> to_8 = {reference(4), step(fifteen), plane(3, eight, eight), step(eight)};
-  std::vector<Argument> to_16 = {reference(3), step(fifteen), buffer<int16_t>(block)};
-  for (std::vector<Argument>* arguments : {&to_8, &to_16}) arguments->insert(arguments->end(), 10, size({}, -40, 40));
-  test::check({OPERATION(H263OverlappedMC_8U, to_8), OPERATION(H263OverlappedMC_8U_16S, to_16)});
+  const auto positions = test::size({}, -40, 40);
+  test::check({
+      OPERATION(H263OverlappedMC_8U, .sizes = positions),
+      OPERATION(H263OverlappedMC_8U_16S, .sizes = positions),
+  });
 }
 
 // One prediction at a time is 255, the others 0: the weights themselves, as printed in the annex.

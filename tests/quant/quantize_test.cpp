@@ -7,11 +7,9 @@
 #include "operation.h"
 #include "plain.h"
 
-using test::Argument, test::buffer, test::Data, test::Ints, test::Random;
+using test::Data, test::Random;
 
 namespace {
-
-int64_t block(Ints) { return 64; }
 
 /// Numbers that a caller may put into a state: matrix entries or their reciprocals, fractions, and, as the extremes,
 /// what leaves the range of the conversions.
@@ -31,13 +29,11 @@ void fill_state(Random& random, Data data, uint8_t* bytes, int64_t count) {
 }
 
 TEST_OPERATIONS(Quantize, MatchesTheTypedArithmetic) {
-  const Argument words = buffer<int16_t>(block), floats = buffer<float>(block, fill_state<float>),
-                 doubles = buffer<double>(block, fill_state<double>);
   test::check({
-      OPERATION(QuantizeInit_16S, {words, floats}, {}, true),
-      OPERATION(Quantize_16S_I, {floats, words}, {}, true),
-      OPERATION(DeQuantizeInit_16S, {words, doubles}),
-      OPERATION(DeQuantize_16S_I, {doubles, words}, {}, true),
+      OPERATION(QuantizeInit_16S, .may_raise = true),
+      OPERATION(Quantize_16S_I, .fills = {{"pState", fill_state<float>}}, .may_raise = true),
+      OPERATION(DeQuantizeInit_16S),
+      OPERATION(DeQuantize_16S_I, .fills = {{"pState", fill_state<double>}}, .may_raise = true),
   });
 }
 

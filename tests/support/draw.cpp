@@ -3,8 +3,6 @@
 #include <climits>
 #include <cstdlib>
 
-#include "footprint.h"
-
 namespace test {
 namespace {
 
@@ -55,14 +53,14 @@ bool draw_extremes(const Operation& operation, const Choose& choose, const std::
   }
   for (size_t k = 0; k < d.ints.size(); ++k)
     if (operation.arguments[k].row_bytes) d.ints[k] = choose(2) ? 4096 : -4096;
-  const auto rows = rows_by_manual(operation, d.ints);
-  const auto little = [&](const std::vector<Footprint::Rows>& of_one) {
-    return std::all_of(of_one.begin(), of_one.end(), [&](const Footprint::Rows& r) {
+  const auto rows = operation.contract->touched(d.ints.data());
+  const auto little = [&](const std::vector<Rows>& of_one) {
+    return std::all_of(of_one.begin(), of_one.end(), [&](const Rows& r) {
       const int64_t reach = std::abs(r.offset) + std::abs(r.apart) * std::max<int64_t>(r.count, 0);
       return r.count <= 0 || (r.count <= 64 && r.bytes <= 4096 && reach <= int64_t(1) << (far ? 35 : 18));
     });
   };
-  if (!rows.empty() && std::all_of(rows.begin(), rows.end(), little)) {
+  if (std::all_of(rows.begin(), rows.end(), little)) {
     for (const auto& of_one : rows) d.spans.push_back(joined(of_one));
     return true;
   }
@@ -72,10 +70,26 @@ bool draw_extremes(const Operation& operation, const Choose& choose, const std::
 
 int64_t end(const Span& s) { return s.offset + s.bytes; }
 
+/// Whether the contract allows the destination at a distance from the source. Rows that are done may be written over,
+/// but none that are still to be read.
+bool allowed(const Operation& operation, const Overlap& overlap, Ints ints, int64_t distance) {
+  if (overlap.allowed == Overlaps::any) return true;
+  const auto touched = operation.contract->touched(ints.data());
+  const Rows source = touched[overlap.source][0], destination = touched[overlap.destination][0];
+  if (distance == 0) return source.apart == destination.apart;
+  if (overlap.allowed == Overlaps::equal) return false;
+  for (int64_t written = 0; written < destination.count; ++written)
+    for (int64_t read = written; read < source.count; ++read) {
+      const int64_t low = distance + written * destination.apart - read * source.apart;
+      if (low < source.bytes && -low < destination.bytes) return false;
+    }
+  return true;
+}
+
 void draw_overlap(const Operation& operation, const Choose& choose, Drawn& d) {
   if (operation.overlaps.empty() || choose(2)) return;
   const Overlap& overlap = operation.overlaps[choose(uint32_t(operation.overlaps.size()))];
-  const auto &source = d.spans[size_t(overlap.source)], &destination = d.spans[size_t(overlap.destination)];
+  const auto &source = d.spans[overlap.source], &destination = d.spans[overlap.destination];
   if (source.empty() || destination.empty()) return;
   std::vector<int64_t> steps = {16};
   for (size_t k = 0; k < d.ints.size(); ++k)
@@ -88,9 +102,8 @@ void draw_overlap(const Operation& operation, const Choose& choose, Drawn& d) {
     const int64_t low = source.front().offset - end(destination.back());
     d.distance = low + choose(uint32_t(end(source.back()) - destination.front().offset - low + 1));
   }
-  const auto allowed = [&] { return !overlap.allowed || overlap.allowed(d.ints, d.distance); };
-  if (!allowed()) d.distance = 0;
-  if (allowed()) d.overlap = &overlap;
+  if (!allowed(operation, overlap, d.ints, d.distance)) d.distance = 0;
+  if (allowed(operation, overlap, d.ints, d.distance)) d.overlap = &overlap;
 }
 
 }  // namespace
@@ -141,8 +154,8 @@ Drawn draw(const Operation& operation, const Choose& choose, bool far) {
     draw_steps(operation, choose, gigabytes, d.ints);
     d.spans.clear();
     int64_t work = 0;
-    for (const Argument& a : arguments) {
-      d.spans.push_back(a.is_pointer ? joined(a.spans(d.ints)) : std::vector<Span>());
+    for (const auto& rows : operation.contract->touched(d.ints.data())) {
+      d.spans.push_back(joined(rows));
       for (const Span& s : d.spans.back()) work += s.bytes + 64;
     }
     std::erase_if(sizes, [&](size_t k) { return d.ints[k] < 2; });

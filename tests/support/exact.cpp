@@ -91,6 +91,7 @@ class Exact {
     for (size_t k = 0; k < buffers_.size(); ++k)
       if (op_.parameters[k].is_pointer() && !(reached[k].first && reached[k].second))
         fail(op_.parameters[k].name + ": no call touched " + (reached[k].first ? "the last byte" : "the first byte"));
+    if (best.empty()) fail("no call touches little");
     ints_ = best;
     allocate();
     check_that_all_matters();
@@ -102,7 +103,7 @@ class Exact {
       ints_.clear();
       const int highest = turn < 15 ? 12 : 70;
       for (const Parameter& p : op_.parameters)
-        if (p.step)
+        if (p.is_step)
           ints_.push_back((1000 + int(random_() % 100)) * (random_() % 2 ? 1 : -1));
         else
           ints_.push_back(random_() % 8 ? int(random_() % uint32_t(highest)) : -int(random_() % 20));

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "footprint.h"
+#include "contract.h"
 
 namespace test {
 

@@ -11,7 +11,6 @@
 #include <fstream>
 
 #include "draw.h"
-#include "footprint.h"
 #include "pqx_video.h"
 
 extern "C" void* __pqx_Malloc(int32_t size) {
@@ -122,7 +121,6 @@ class Checker {
     if (needs_valgrind && !RUNNING_ON_VALGRIND) ADD_FAILURE() << "does not know that it runs on valgrind";
     const Choose choose = [this](uint32_t below) { return random_() % below; };
     for (int64_t i = 0, work = 0; i < (few_cases ? enough_cases : most_cases) && work < most_work; ++i) {
-      if (i % 16 == 0) compare_with_manual(op_, draw(op_, choose, false).ints);
       const Drawn drawn = draw(op_, choose, !few_cases);
       one_case(drawn);
       if (::testing::Test::HasFailure()) return;
@@ -134,7 +132,7 @@ class Checker {
   }
 
  private:
-  /// Whatever the other sizes are: rows of no bytes, counted, take seconds. The manual tells what touches nothing.
+  /// Whatever the other sizes are: rows of no bytes, counted, take seconds. The contract tells what touches nothing.
   void nothing_to_do() {
     std::vector<int> ordinary;
     std::vector<Slot> slots(op_.arguments.size());
@@ -146,8 +144,8 @@ class Checker {
           std::vector<int> ints = ordinary;
           ints[k] = none;
           ints[j] = INT_MAX;
-          const auto rows = rows_by_manual(op_, ints);
-          if (rows.empty() || !std::all_of(rows.begin(), rows.end(), nothing)) continue;
+          const auto rows = op_.contract->touched(ints.data());
+          if (!std::all_of(rows.begin(), rows.end(), nothing)) continue;
           for (size_t i = 0; i < slots.size(); ++i) {
             arenas_[i].reserve(1);
             slots[i].number = ints[i];
@@ -158,7 +156,7 @@ class Checker {
           EXPECT_LT(clock() - start, CLOCKS_PER_SEC / 4) << call(op_, ints);
         }
   }
-  static bool nothing(const std::vector<Footprint::Rows>& rows) {
+  static bool nothing(const std::vector<Rows>& rows) {
     return std::all_of(rows.begin(), rows.end(), [](const auto& r) { return r.count <= 0 || r.bytes <= 0; });
   }
 
@@ -168,10 +166,10 @@ class Checker {
     std::vector<Slot> slots(count), model_slots(count);
     for (size_t k = 0; k < count; ++k) {
       slots[k].number = model_slots[k].number = drawn.ints[k];
-      if (!op_.arguments[k].is_pointer || (drawn.overlap && drawn.overlap->destination == int(k))) continue;
+      if (!op_.arguments[k].is_pointer || (drawn.overlap && drawn.overlap->destination == k)) continue;
       std::vector<Span> spans = drawn.spans[k];
-      const bool shared = drawn.overlap && drawn.overlap->source == int(k);
-      const size_t other = shared ? size_t(drawn.overlap->destination) : k;
+      const bool shared = drawn.overlap && drawn.overlap->source == k;
+      const size_t other = shared ? drawn.overlap->destination : k;
       if (shared)
         for (const Span& s : drawn.spans[other]) spans.push_back({s.offset + drawn.distance, s.bytes});
       place(buffers[k], k, spans, drawn.place);
@@ -299,6 +297,33 @@ class Checker {
 
 }  // namespace
 
+Operation operation(const std::string& name, Call model, const Tries& tries) {
+  const Contract& contract = contracts().at(name.rfind("pqx_", 0) == 0 ? name : "pqx_Video_" + name);
+  Operation op = {name, &contract, contract.run, std::move(model), {}, {}, tries.may_raise};
+  for (size_t k = 0; k < contract.parameters.size(); ++k) {
+    const Parameter& p = contract.parameters[k];
+    Argument a;
+    if (const auto given = tries.arguments.find(p.name); given != tries.arguments.end()) {
+      a = given->second;
+    } else if (p.is_pointer()) {
+      a.is_pointer = true;
+      const auto fill = tries.fills.find(p.name);
+      a.fill = fill == tries.fills.end() ? p.fill() : fill->second;
+    } else if (p.is_step) {
+      a.row_bytes = [&contract, k](Ints ints) { return contract.row_bytes(k, ints); };
+    } else {
+      a = p.name == "len" ? length() : tries.sizes;
+      std::vector<int> ints(contract.parameters.size(), 64);
+      ints[k] = 0;
+      if (!contract.needs(ints.data())) a.lowest = 1;
+    }
+    op.arguments.push_back(a);
+    for (const auto& [other, allowed] : p.overlaps)
+      op.overlaps.push_back(p.writes ? Overlap{k, other, allowed} : Overlap{other, k, allowed});
+  }
+  return op;
+}
+
 std::string call(const Operation& operation, Ints ints) {
   std::string text = operation.name;
   for (size_t k = 0; k < ints.size(); ++k)
@@ -328,14 +353,6 @@ std::vector<Operation> collect() {
   for (auto* checks : listed()) checks();
   collected = nullptr;
   return operations;
-}
-
-Argument plane(int step, Count columns, Count rows) {
-  return touching<uint8_t>([=](Ints n) {
-    std::vector<Span> spans;
-    for (int64_t row = 0; row < rows(n); ++row) spans.push_back({row * n[size_t(step)], columns(n)});
-    return spans;
-  });
 }
 
 }  // namespace test

@@ -9,7 +9,6 @@
 #include <set>
 
 #include "case.h"
-#include "footprint.h"
 
 namespace {
 
@@ -62,16 +61,16 @@ std::vector<int> find_sizes(const Operation& op, size_t great, int value) {
         ints[k] = row > 0 && row <= 4096 ? int(row) : 0;
       }
     int64_t work = 0;
-    for (const auto& rows : rows_by_manual(op, ints))
-      for (const Footprint::Rows& r : rows) work += std::max<int64_t>(r.count, 0) * std::max<int64_t>(r.bytes, 0);
+    for (const auto& rows : op.contract->touched(ints.data()))
+      for (const Rows& r : rows) work += std::max<int64_t>(r.count, 0) * std::max<int64_t>(r.bytes, 0);
     if (work > 1 << 24 && work < least) least = work, best = ints;
   }
   return best;
 }
 
-int64_t extent(const std::vector<Footprint::Rows>& rows) {
+int64_t extent(const std::vector<Rows>& rows) {
   int64_t bytes = 0;
-  for (const Footprint::Rows& r : rows)
+  for (const Rows& r : rows)
     if (r.count > 0 && r.bytes > 0) bytes = std::max(bytes, r.offset + (r.count - 1) * r.apart + r.bytes);
   return bytes;
 }
@@ -80,7 +79,7 @@ int64_t extent(const std::vector<Footprint::Rows>& rows) {
 bool check_end(const Operation& op, size_t great, Ints ints) {
   std::vector<int> few_ints = ints;
   few_ints[great] -= (ints[great] - 4096) / 96 * 96;
-  const auto rows = rows_by_manual(op, ints), few_rows = rows_by_manual(op, few_ints);
+  const auto rows = op.contract->touched(ints.data()), few_rows = op.contract->touched(few_ints.data());
   std::vector<std::unique_ptr<Repeated>> all(ints.size());
   std::vector<std::vector<uint8_t>> few(ints.size());
   std::vector<Slot> slots(ints.size()), few_slots(ints.size());
@@ -97,7 +96,7 @@ bool check_end(const Operation& op, size_t great, Ints ints) {
     few[k].assign(end - extent(few_rows[k]), end);
     slots[k].pointer = end - bytes;
     few_slots[k].pointer = few[k].data();
-    if (!op.run.only_reads[k]) turns = (bytes - 1) / period + 1;
+    if (op.contract->parameters[k].writes) turns = (bytes - 1) / period + 1;
   }
   const int64_t result = op.run(slots.data());
   if (turns == 0) return result == op.model(slots.data());

@@ -1,7 +1,8 @@
 #!/usr/bin/env python3
-"""generate.py HEADER json VERSION | tests [OPERATION]: prints what follows from the comments of the public header.
+"""generate.py HEADER json VERSION | tests | plain: prints what follows from the public header.
 
-json is the description of the interface that is installed, tests a C++ source with what operations may touch.
+json is the description of the interface that is installed, tests a C++ source with what operations may touch, plain
+declarations of the plain forms.
 """
 import json
 import sys
@@ -88,12 +89,12 @@ def in_test(operation):
         fields = [f'.name = "{p.name}"']
         if p.access:
             fields += [f".reads = {str(p.access.reads).lower()}", f".writes = {str(p.access.writes).lower()}",
-                       f".always = {str(p.access.always).lower()}"]
+                       f".always = {str(p.access.always).lower()}", f".fill = any<{p.element}>"]
             overlaps = [f"{{{[q.name for q in operation.parameters].index(other)}, Overlaps::{kind}}}"
                         for other, kind in p.overlaps.items()]
             fields += [f".overlaps = {{{', '.join(overlaps)}}}"] if overlaps else []
         else:
-            fields += [f".step = {4 if p.step == 'pixels' else 1}"] if p.step else []
+            fields += [".is_step = true"] if p.step else []
         parameters.append(f"{{{', '.join(fields)}}}")
     needs = "[](const int*) { return true; }"
     if operation.needs:
@@ -101,22 +102,35 @@ def in_test(operation):
                  if p.name in operation.needs.names()]
         needs = f"[](const int* ints) {{ {''.join(names)}return bool({in_cpp(operation.needs.tree)}); }}"
     body = "\n           ".join(lines + [f"return {{{', '.join(rows)}}};"])
-    return (f'      {{"{operation.name}",\n       {{.parameters = {{{f",{chr(10)}                       ".join(parameters)}}},\n'
-            f"        .touched = [](const int*{' ints' if any(l.startswith('const Wide') and '= ints[' in l for l in lines) else ''})"
-            f" -> std::vector<std::vector<Rows>> {{\n           {body}\n         }},\n"
-            f"        .needs = {needs},\n        .run = erase({operation.name.split('#')[0]})}}}},\n")
+    parameters = f",{chr(10)}         ".join(parameters)
+    numbers = " ints" if any("= ints[" in line for line in lines) else ""
+    return (f'    [](Contracts& all) {{\n      all["{operation.name}"] = {{\n        .parameters = {{\n'
+            f"         {parameters}}},\n"
+            f"        .touched = [](const int*{numbers}) -> std::vector<std::vector<Rows>> {{\n           {body}\n         }},\n"
+            f"        .needs = {needs},\n        .run = erase({operation.name.split('#')[0]})}};\n    }},\n")
 
 
 def as_tests(operations):
     return ('// Made by tools/contract/generate.py from pqx_video.h.\n#include <algorithm>\n#include <limits>\n\n'
-            '#include "footprint.h"\n#include "pqx_video.h"\n\nnamespace test {\nnamespace {\n\n__extension__ typedef __int128 Wide;\n\n'
+            '#include "contract.h"\n#include "pqx_video.h"\n\nnamespace test {\nnamespace {\n\n'
+            "__extension__ typedef __int128 Wide;\nusing Contracts = std::map<std::string, Contract>;\n\n"
             "int64_t narrow(Wide value) {\n  using Limits = std::numeric_limits<int64_t>;\n"
             "  return int64_t(std::clamp<Wide>(value, Limits::min(), Limits::max()));\n}\n"
             "Rows row(Wide count, Wide bytes, Wide apart, Wide offset) {\n"
-            "  return {narrow(count), narrow(bytes), narrow(apart), narrow(offset)};\n}\n\n}  // namespace\n\n"
-            "const std::map<std::string, Contract>& contracts() {\n"
-            "  static const auto& all = *new std::map<std::string, Contract>{\n"
-            f"{''.join(map(in_test, operations))}  }};\n  return all;\n}}\n\n}}  // namespace test\n")
+            "  return {narrow(count), narrow(bytes), narrow(apart), narrow(offset)};\n}\n\n"
+            "// Functions of their own, as one of all of them takes a compiler long.\n"
+            f"void (*const additions[])(Contracts&) = {{\n{''.join(map(in_test, operations))}}};\n\n}}  // namespace\n\n"
+            "const Contracts& contracts() {\n  static const Contracts& all = *[] {\n"
+            "    auto* const made = new Contracts;\n    for (auto* add : additions) add(*made);\n    return made;\n"
+            "  }();\n  return all;\n}\n\n}  // namespace test\n")
+
+
+def as_plain(operations):
+    """Every operation as a function of its own name in namespace plain."""
+    names = "".join(f"decltype({o.name}) {o.name.replace('pqx_Video', '').lstrip('_')};\n" for o in operations)
+    return ("/// Every operation as the plain loop that its contract in pqx_video.h describes. The conversions take the public\n"
+            "/// tables, as their contracts do. Made from there.\n#pragma once\n\n"
+            f'#include "pqx_video.h"\n\nnamespace plain {{\n\n{names}\n}}  // namespace plain\n')
 
 
 def main(header, what, *more):
@@ -125,6 +139,8 @@ def main(header, what, *more):
         print(as_json(operations, *more), end="")
     elif what == "tests":
         print(as_tests(operations), end="")
+    elif what == "plain":
+        print(as_plain(operations), end="")
     else:
         sys.exit(__doc__)
 
