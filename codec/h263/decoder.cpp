@@ -275,7 +275,7 @@ void Decoder::read_blocks(BitReader& bits, bool intra, Scan scan, Residual& resi
       block.levels[0] = int16_t(dc == 255 ? 1024 : 8 * dc);
     }
     if (coded) {
-      const int quant = k >= 4 && header_.modified_quant ? chroma_quant[size_t(quant_)] : quant_;
+      const int quant = k < 4 ? quant_ : chroma_quant(quant_);
       read_coefficients(bits, {advanced, scan, header_.modified_quant, quant}, intra && !advanced, block);
     }
     if (advanced && k < 4)
@@ -285,6 +285,8 @@ void Decoder::read_blocks(BitReader& bits, bool intra, Scan scan, Residual& resi
   }
   if (intra) residual.pattern = 63;
 }
+
+int Decoder::chroma_quant(int quant) const { return header_.modified_quant ? chroma_quants[size_t(quant)] : quant; }
 
 /// The macroblock to the right must be known where predictions overlap, so reconstruction is one behind.
 void Decoder::finish_macroblock() {
@@ -361,8 +363,11 @@ void Decoder::predict_overlapped(int x, int y, const Macroblock& m) {
 void Decoder::finish_picture() {
   if (header_.deblocking) {
     std::vector<uint8_t> quants(macroblocks_.size());
-    std::ranges::transform(macroblocks_, quants.begin(), [](const Macroblock& m) { return uint8_t(m.quant); });
-    for (size_t k = 0; k < 3; ++k) deblock(frame_[k], quants, k ? 8 : 16);
+    for (size_t k = 0; k < 3; ++k) {
+      std::ranges::transform(macroblocks_, quants.begin(),
+                             [&](const Macroblock& m) { return uint8_t(k ? chroma_quant(m.quant) : m.quant); });
+      deblock(frame_[k], quants, k ? 8 : 16);
+    }
   }
   for (size_t k = 0; k < 3; ++k) {
     YuvPicture::Component& to = picture_.planes[k];

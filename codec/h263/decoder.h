@@ -57,6 +57,7 @@ class Decoder {
   void read_vectors(BitReader& bits, Macroblock& m, bool four) const;
   Vector predicted_vector(size_t block) const;
   void read_blocks(BitReader& bits, bool intra, Scan scan, Residual& residual);
+  int chroma_quant(int quant) const;
   void finish_macroblock();
   void reconstruct(int address);
   void predict(int address);

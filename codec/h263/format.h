@@ -133,9 +133,9 @@ constexpr int small_step(int quant, bool second) {
   const int size = quant <= 10 ? 1 : quant <= 20 ? 2 : 3;
   return second ? size : -size;
 }
-inline constexpr std::array<uint8_t, max_quant + 1> chroma_quant{0,  1,  2,  3,  4,  5,  6,  6,  7,  8,  9,
-                                                                 9,  10, 10, 11, 11, 12, 12, 12, 13, 13, 13,
-                                                                 14, 14, 14, 14, 14, 15, 15, 15, 15, 15};
+inline constexpr std::array<uint8_t, max_quant + 1> chroma_quants{0,  1,  2,  3,  4,  5,  6,  6,  7,  8,  9,
+                                                                  9,  10, 10, 11, 11, 12, 12, 12, 13, 13, 13,
+                                                                  14, 14, 14, 14, 14, 15, 15, 15, 15, 15};
 
 /// Annex J: strength of the deblocking filter.
 inline constexpr std::array<uint8_t, max_quant + 1> filter_strength{

@@ -1,5 +1,6 @@
 // A reader of the tool, by its macro, on any bytes.
 #include "h261/decoder.h"
+#include "h263/decoder.h"
 #include "jpeg/decoder.h"
 #include "picture/pnm.h"
 #include "picture/y4m.h"
@@ -15,6 +16,17 @@ namespace {
 [[maybe_unused]] void fuzz_h261(std::span<const uint8_t> bytes) {
   for (h261::Decoder concealing(bytes, [](const std::string&) {}); concealing.next();) continue;
   for (h261::Decoder strict(bytes); strict.next();) continue;
+}
+[[maybe_unused]] void fuzz_h263(std::span<const uint8_t> bytes) {
+  for (const bool conceal : {true, false}) {
+    h263::Decoder decoder(conceal ? [](const std::string&) {} : h263::Decoder::Report());
+    const auto half = bytes.first(bytes.size() / 2);
+    decoder.push(half);
+    while (decoder.next()) continue;
+    decoder.push(bytes.subspan(half.size()));
+    decoder.finish();
+    while (decoder.next()) continue;
+  }
 }
 [[maybe_unused]] void fuzz_y4m(std::span<const uint8_t> bytes) {
   YuvPicture picture;
