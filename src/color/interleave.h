@@ -6,7 +6,7 @@
 #include "color/load_pixels.h"
 #include "color/store_pixels.h"
 #include "common/lanes.h"
-#include "common/rows.h"
+#include "common/walk.h"
 #include "pqx_video.h"
 
 namespace pqx {
@@ -111,30 +111,13 @@ struct WordChannels {
 template <class T, int n>
 using ChannelsOf = std::conditional_t<sizeof(T) == 1, ByteChannels<n>, WordChannels<n>>;
 
-/// Calls run(i) so that the runs cover a row of n pixels, the last one overlapping the one before. Rows too long for the
-/// nearest cache are announced to it by prefetch(i); it would cost short ones up to a quarter of their time. That call
-/// has to be inlined from the start: one that only prefetches counts as one without effect, and goes.
-template <int pixels>
-[[gnu::always_inline]] inline void cover_runs(int64_t n, auto run, auto prefetch) {
-  constexpr int64_t long_row = 4096;
-  int64_t i = 0;
-  if (n >= long_row) [[unlikely]]
-    for (; i < n - pixels; i += pixels) {
-      prefetch(i);
-      run(i);
-    }
-#pragma GCC unroll 2
-  for (; i < n - pixels; i += pixels) run(i);
-  run(n - pixels);
-}
-
 template <class T, class... Planes>
 [[gnu::flatten]] pqx_Status merge(int len, T* dst, const Planes*... planes) {
   constexpr int n = sizeof...(planes);
   using Run = ChannelsOf<T, n>;
   auto* const pixels = reinterpret_cast<uint8_t*>(dst);
   if (len >= Run::run) {
-    cover_runs<Run::run>(
+    cover_moving<Run::run>(
         len,
         [=](int64_t i) { Run::load_planes(i, planes...).store_pixels(pixels + i * Run::bytes, i + Run::run == len); },
         [=](int64_t i) __attribute__((always_inline)) { prefetch_ahead(planes + i..., pixels + i * Run::bytes); });
@@ -153,7 +136,7 @@ template <class T, class... Planes>
   using Run = ChannelsOf<T, n>;
   auto* const pixels = reinterpret_cast<const uint8_t*>(src);
   if (len >= Run::run) {
-    cover_runs<Run::run>(
+    cover_moving<Run::run>(
         len, [=](int64_t i) { Run::load_pixels(pixels + i * Run::bytes).store_planes(i, planes...); },
         [=](int64_t i) __attribute__((always_inline)) { prefetch_ahead(pixels + i * Run::bytes, planes + i...); });
   } else {

@@ -48,7 +48,7 @@ template <int from, int to>
   if constexpr (from > to)
     if (src == dst) [[unlikely]]
       return reorder_in_place<from, to>(src, dst, len, sixteen, one);
-  cover_runs<16>(
+  cover_moving<16>(
       len, [=](int64_t i) { sixteen(src + from * i, dst + to * i, i + 16 == len); },
       [=](int64_t i) __attribute__((always_inline)) { prefetch_ahead(src + from * i, dst + to * i); });
   return PQX_OK;

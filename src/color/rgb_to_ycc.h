@@ -6,7 +6,7 @@
 #include "color/table_form.h"
 #include "common/lanes.h"
 #include "common/pixel_layout.h"
-#include "common/rows.h"
+#include "common/walk.h"
 #include "pqx_video.h"
 
 namespace pqx {
@@ -163,21 +163,20 @@ template <PixelLayout L>
   return PQX_OK;
 }
 
-/// Calls block(i) for runs of 16 pixels from i on, as far as that pays in a row of 16 or more, and returns how many
-/// pixels are done. All runs start at a multiple of align; the last may overlap the one before it.
-template <int align, class Block>
-[[gnu::always_inline]] inline int in_blocks(int len, Block block) {
+/// How many pixels of a row of 16 or more go in blocks of 16 that start at multiples of align: all whole groups, or
+/// those of whole blocks where the rest is too small to be worth a block of its own.
+template <int align>
+int pixels_in_blocks(int len) {
   constexpr int few = 8;
-  const int aligned = len - len % align, done = aligned % 16 > few ? aligned : aligned - aligned % 16;
-  for (int64_t i = 0; i < done - 16; i += 16) block(i);
-  block(done - 16);
-  return done;
+  const int aligned = len - len % align;
+  return aligned % 16 > few ? aligned : aligned - aligned % 16;
 }
 
 template <PixelLayout L>
 [[gnu::noinline, gnu::flatten]] pqx_Status blocks_to_444(const uint8_t* src, uint8_t* y, uint8_t* cb, uint8_t* cr,
                                                          int len, uint8_t* k) {
-  const int done = in_blocks<1>(len, [=](int64_t i) {
+  const int done = pixels_in_blocks<1>(len);
+  cover<16>(done, [=](int64_t i) {
     prefetch_ahead(src + i * L.bytes, y + i, cb + i, cr + i);
     const RgbBlock<L> pixels(src + i * L.bytes);
     store(y + i, pixels.y());
@@ -196,7 +195,8 @@ template <PixelLayout L>
 template <PixelLayout L>
 [[gnu::noinline, gnu::flatten]] pqx_Status blocks_to_422(const uint8_t* src, uint8_t* y, uint8_t* cb, uint8_t* cr,
                                                          int len) {
-  const int done = in_blocks<4>(len, [=](int64_t i) {
+  const int done = pixels_in_blocks<4>(len);
+  cover<16>(done, [=](int64_t i) {
     prefetch_ahead(src + i * L.bytes, y + i, cb + i / 2, cr + i / 2);
     const RgbBlock<L> pixels(src + i * L.bytes);
     store(y + i, pixels.y());
@@ -210,7 +210,8 @@ template <PixelLayout L>
 template <PixelLayout L>
 [[gnu::noinline, gnu::flatten]] pqx_Status blocks_to_420(const uint8_t* src0, const uint8_t* src1, uint8_t* y0,
                                                          uint8_t* y1, uint8_t* cb, uint8_t* cr, int len) {
-  const int done = in_blocks<4>(len, [=](int64_t i) {
+  const int done = pixels_in_blocks<4>(len);
+  cover<16>(done, [=](int64_t i) {
     prefetch_ahead(src0 + i * L.bytes, src1 + i * L.bytes, y0 + i, y1 + i, cb + i / 2, cr + i / 2);
     const RgbBlock<L> upper(src0 + i * L.bytes);
     store(y0 + i, upper.y());

@@ -5,6 +5,7 @@
 
 #include "color/load_pixels.h"
 #include "common/lanes.h"
+#include "common/walk.h"
 #include "pqx_video.h"
 
 namespace pqx {
@@ -65,12 +66,7 @@ inline pqx_Status rgb_to_ycc444_12_bit(const int16_t* src, int16_t* y, int16_t* 
     do one_pixel_12_bit(src + 3 * i, y + i, cb + i, cr + i);
     while (++i < len);
   } else {
-    // The last eight may overlap those before them.
-    const int64_t last = len - 8;
-    for (int64_t next = 0; next < len; next += 8) {
-      const int64_t i = next < last ? next : last;
-      eight_pixels_12_bit(src + 3 * i, y + i, cb + i, cr + i);
-    }
+    cover_in_one_loop<8>(len, [=](int64_t i, bool) { eight_pixels_12_bit(src + 3 * i, y + i, cb + i, cr + i); });
   }
   return PQX_OK;
 }

@@ -114,17 +114,6 @@ template <int pixel_bytes>
     store_quad<pixel_bytes>(dst + 3 * quad, p.quad[3]);
 }
 
-/// Walks n pixels, 16 <= n, by sixteens: step(i, last) for those from i on. The last ones may take in some that have
-/// been before.
-template <class Step>
-[[gnu::always_inline]] inline void by_sixteens(int64_t n, Step step) {
-  for (int64_t i = 0;; i = i + 16 < n - 16 ? i + 16 : n - 16) {
-    const bool last = i + 16 == n;
-    step(i, last);
-    if (last) return;
-  }
-}
-
 /// Writes a row of n pixels, 4 <= n <= 15, from its ends as load_ends() orders them.
 template <int pixel_bytes>
 [[gnu::always_inline]] inline void store_ends(uint8_t* dst, const Quads<pixel_bytes>& p, int64_t n) {

@@ -6,7 +6,7 @@
 #include "color/store_pixels.h"
 #include "color/ycc_chroma.h"
 #include "common/pixel_layout.h"
-#include "common/rows.h"
+#include "common/walk.h"
 #include "pqx_video.h"
 
 namespace pqx::ycc {
@@ -197,7 +197,7 @@ template <PixelLayout L, class Chromas, class Fourth, class... Rows>
     (store_ends<L.bytes>(row.dst, pixels<L>(load_ends(row.y, n), terms, fourth.ends(n)), n), ...);
     return PQX_OK;
   }
-  by_sixteens(
+  cover_in_one_loop<16>(
       n, [=](int64_t i, bool last) __attribute__((always_inline)) {
         prefetch_ahead((row.y + i)..., (row.dst + L.bytes * i)...);
         const auto terms = chroma.sixteen(i);

@@ -5,7 +5,7 @@
 
 #include "color/store_pixels.h"
 #include "common/lanes.h"
-#include "common/rows.h"
+#include "common/walk.h"
 #include "pqx_video.h"
 
 namespace pqx::ycc {
@@ -95,7 +95,7 @@ inline pqx_Status convert_444_12_bit(const int16_t* y, const int16_t* cb, const 
     store_ends(out, pixels_of_12_bits(ends_of(y, n), ends_of(cb, n), ends_of(cr, n)), n);
     return PQX_OK;
   }
-  by_sixteens(
+  cover_in_one_loop<16>(
       n, [=](int64_t i, bool last) __attribute__((always_inline)) {
         prefetch_ahead(bytes(y) + i, bytes(cb) + i, bytes(cr) + i, out + 3 * i);
         store_pixels(out + 3 * i, pixels_of_12_bits(words_from(y, i), words_from(cb, i), words_from(cr, i)), last);

@@ -7,7 +7,7 @@
 #include "color/yuv_arithmetic.h"
 #include "common/lanes.h"
 #include "common/pixel_layout.h"
-#include "common/rows.h"
+#include "common/walk.h"
 #include "pqx_video.h"
 
 namespace pqx::yuv {
@@ -134,27 +134,27 @@ void store_squares(uint8_t* dst, int64_t step, u8x16 pixels) {
 /// Sixteen pixels or more of each row.
 template <PixelLayout L, Sampling S, int zoom>
 [[gnu::always_inline]] inline void convert_wide(const Rows& rows, int64_t n) {
-  // The last sixteen pixels may take in some of those before them once more.
-  for (int64_t x = 0, next; x < n; x = next) {
-    next = x + 32 <= n || x + 16 == n ? x + 16 : n - 16;
-    const uint64_t group = uint64_t(x) / S.columns;
-    prefetch_ahead(rows.u + group, rows.v + group);
-    const Chroma<L, (S.columns > 1)> chroma(samples<S.columns>(rows.u + group), samples<S.columns>(rows.v + group));
+  cover_in_one_loop<16>(
+      n, [ =, &rows ](int64_t x, bool last) __attribute__((always_inline)) {
+        const uint64_t group = uint64_t(x) / S.columns;
+        prefetch_ahead(rows.u + group, rows.v + group);
+        const Chroma<L, (S.columns > 1)> chroma(samples<S.columns>(rows.u + group),
+                                                samples<S.columns>(rows.v + group));
 #pragma GCC unroll 2
-    for (int row = 0; row < S.rows; ++row) {
-      const uint8_t* const luma = rows.y + row * rows.y_step + x;
-      uint8_t* const dst = rows.dst + zoom * row * rows.dst_step + L.bytes * zoom * x;
-      prefetch_ahead(luma);
-      const auto pixels = chroma.with(load<u8x16>(luma));
-      if constexpr (zoom == 1) {
-        prefetch_ahead(dst);
-        store_pixels<L.bytes>(dst, pixels, next == n);
-      } else {
+        for (int row = 0; row < S.rows; ++row) {
+          const uint8_t* const luma = rows.y + row * rows.y_step + x;
+          uint8_t* const dst = rows.dst + zoom * row * rows.dst_step + L.bytes * zoom * x;
+          prefetch_ahead(luma);
+          const auto pixels = chroma.with(load<u8x16>(luma));
+          if constexpr (zoom == 1) {
+            prefetch_ahead(dst);
+            store_pixels<L.bytes>(dst, pixels, last);
+          } else {
 #pragma GCC unroll 4
-        for (int k = 0; k < 4; ++k) store_squares<zoom>(dst + 16 * zoom * k, rows.dst_step, pixels.quad[k]);
-      }
-    }
-  }
+            for (int k = 0; k < 4; ++k) store_squares<zoom>(dst + 16 * zoom * k, rows.dst_step, pixels.quad[k]);
+          }
+        }
+      });
 }
 
 /// Eight to sixteen pixels of each row.

@@ -1,6 +1,7 @@
 #include "common/export.h"
 #include "common/lanes.h"
-#include "common/rows.h"
+#include "common/overlap.h"
+#include "common/walk.h"
 
 namespace pqx {
 namespace {
@@ -13,8 +14,8 @@ i16x8 means(Load pairs, const uint8_t* upper, const uint8_t* lower) {
 }
 
 void halve_rows(const uint8_t* upper, const uint8_t* lower, uint8_t* dst, int64_t width) {
-  if (width >= shortest_covered<uint8_t> && disjoint(upper, 2 * width, dst, width) &&
-      disjoint(lower, 2 * width, dst, width)) {
+  if (width >= shortest_covered<uint8_t> && apart(upper, 2 * width, dst, width) &&
+      apart(lower, 2 * width, dst, width)) {
     cover_row<uint8_t>(width, [=]<int bytes>(int64_t x) {
       const uint8_t *a = upper + 2 * x, *b = lower + 2 * x;
       if constexpr (bytes == 16) {

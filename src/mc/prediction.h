@@ -2,7 +2,7 @@
 /// and what becomes of them (Put, Average).
 #pragma once
 
-#include "common/rows.h"
+#include "common/walk.h"
 #include "mc/overlap.h"
 #include "mc/pieces.h"
 #include "pqx_video.h"

@@ -2,7 +2,8 @@
 #pragma once
 
 #include "common/lanes.h"
-#include "common/rows.h"
+#include "common/overlap.h"
+#include "common/walk.h"
 #include "pqx_video.h"
 
 namespace pqx {
@@ -74,7 +75,7 @@ template <class T>
 struct PairSource {
   const T* row;
 
-  bool may_run_ahead_of(const T* dst, int64_t bytes) const { return dst <= row || disjoint(row, bytes, dst, bytes); }
+  bool may_run_ahead_of(const T* dst, int64_t bytes) const { return never_overtakes(row, bytes, dst); }
   int mean(int64_t k) const {
     const T* s = row + 2 * k;
     return (load_one<T>(s) + load_one<T>(s + 1) + pair_rounding(k)) >> 1;

@@ -3,7 +3,8 @@
 #pragma once
 
 #include "common/lanes.h"
-#include "common/rows.h"
+#include "common/overlap.h"
+#include "common/walk.h"
 #include "pqx_video.h"
 
 namespace pqx {
@@ -24,10 +25,11 @@ inline u16x8 lanes_of(int16_t);
 template <class T>
 using LanesOf = decltype(lanes_of(T()));
 
-/// Whether n samples at src and m at dst have no byte in common.
+/// Whether n samples at src and the 2n that they become at dst have no byte in common.
 template <class T>
-bool apart(const T* src, int64_t n, const T* dst, int64_t m) {
-  return disjoint(src, n * int64_t(sizeof(T)), dst, m * int64_t(sizeof(T)));
+bool apart_when_doubled(const T* src, int64_t n, const T* dst) {
+  const int64_t bytes = n * int64_t(sizeof(T));
+  return apart(src, bytes, dst, 2 * bytes);
 }
 
 // Repetition. The 8-bit operations look only at the lowest bit of a negative length.
@@ -46,7 +48,7 @@ template <class T, class... Dst>
     const T sample = load_one<T>(src + j);
     ((store_one(dst + 2 * j, sample), store_one(dst + 2 * j + 1, sample)), ...);
   };
-  if (n >= shortest_covered<T> && (apart(src, n, dst, 2 * n) && ...))
+  if (n >= shortest_covered<T> && (apart_when_doubled(src, n, dst) && ...))
     cover_row<T>(n, piece);
   else
     for (int64_t j = 0; j < n; ++j) one(j);
@@ -87,7 +89,7 @@ template <class T>
     store_one(dst + 2 * j + 1, T(left_of_two(int(sample(j)), int(sample(j + 1)))));
     store_one(dst + 2 * j + 2, T(right_of_two(int(sample(j)), int(sample(j + 1)))));
   };
-  const bool pieces = n > shortest_covered<T> && apart(src, n, dst, 2 * n);
+  const bool pieces = n > shortest_covered<T> && apart_when_doubled(src, n, dst);
   store_one(dst, sample(0));
   if (pieces)
     cover_row<T>(n - 1, piece);
@@ -109,7 +111,7 @@ struct ThreeColumns {
 inline ThreeColumns operator+(ThreeColumns x, ThreeColumns y) { return {x.a + y.a, x.b + y.b, x.c + y.c}; }
 
 template <int bytes>
-ThreeColumns load_columns(const uint8_t* p) {
+ThreeColumns load_three_columns(const uint8_t* p) {
   const auto ab = load_bytes<bytes, u8x16>(p), bc = load_bytes<bytes, u8x16>(p + 1);
   return {even_bytes(ab), odd_bytes(ab), odd_bytes(bc)};
 }
@@ -128,9 +130,9 @@ void store_between(ThreeColumns sums, uint8_t* dst) {
 
 template <int bytes>
 void between_columns(const uint8_t* prev, const uint8_t* cur, const uint8_t* next, uint8_t* upper, uint8_t* lower) {
-  const auto cur_x1 = load_columns<bytes>(cur), cur_x3 = cur_x1 + cur_x1 + cur_x1;
-  store_between<bytes>(load_columns<bytes>(prev) + cur_x3, upper);
-  store_between<bytes>(load_columns<bytes>(next) + cur_x3, lower);
+  const auto cur_x1 = load_three_columns<bytes>(cur), cur_x3 = cur_x1 + cur_x1 + cur_x1;
+  store_between<bytes>(load_three_columns<bytes>(prev) + cur_x3, upper);
+  store_between<bytes>(load_three_columns<bytes>(next) + cur_x3, lower);
 }
 
 /// Words: 32-bit sums of the outputs between every other column and the one behind it.
