@@ -20,6 +20,11 @@ for file in "$library" "$companion"; do
   mv "$list.new" "$list"
 done
 
+# The section of the newest release alone.
 functions=$(grep -cP '^PQX_API [^(]*?\bpqx_\w+\(' "$source/include/pqx_video.h")
-sed -i -E "0,/^ABI: /s/^(ABI: .*libpqx_video\.so exports )[0-9]+/\1$(symbols_of "$library" | wc -l)/
-  0,/functions under two names/s/[0-9]+( functions under two names)/$((functions - 2))\1/" "$source/CHANGELOG.md"
+awk -v symbols="$(symbols_of "$library" | wc -l)" -v functions="$((functions - 2))" '
+  /^## / { ++section }
+  section == 1 && /^ABI: / { sub(/libpqx_video\.so exports [0-9]+/, "libpqx_video.so exports " symbols) }
+  section == 1 { sub(/[0-9]+ functions under two names/, functions " functions under two names") }
+  { print }' "$source/CHANGELOG.md" >"$source/CHANGELOG.md.new"
+mv "$source/CHANGELOG.md.new" "$source/CHANGELOG.md"
