@@ -63,10 +63,16 @@ class Exact {
   explicit Exact(const Contract& contract) : op_(contract) {}
 
   void run() {
-    std::vector<std::pair<bool, bool>> reached(op_.parameters.size(), {false, false});
+    struct Ends {
+      int calls = 0;
+      bool first = false, last = false;
+    };
+    std::map<std::pair<size_t, bool>, Ends> reached;  // by parameter, and whether its rows go upward
+    const bool sometimes = std::any_of(op_.parameters.begin(), op_.parameters.end(),
+                                       [](const Parameter& p) { return p.is_pointer() && !p.always; });
     int64_t most = 0;
     std::vector<int> best;
-    for (int turn = 0; turn < 40; ++turn) {
+    for (int turn = 0; turn < (sometimes ? 150 : 40); ++turn) {
       draw(turn);
       allocate();
       fill();
@@ -75,8 +81,10 @@ class Exact {
       for (size_t k = 0; k < buffers_.size(); ++k) {
         if (!buffers_[k] || buffers_[k]->extent == 0) continue;
         const bool front = faults(only(k, Place::begins_in_guard)), back = faults(only(k, Place::ends_in_guard));
-        reached[k].first |= front;
-        reached[k].second |= back;
+        Ends& ends = reached[{k, upward()}];
+        ++ends.calls;
+        ends.first |= front;
+        ends.last |= back;
         if (!op_.parameters[k].always) continue;
         if (!front) fail(op_.parameters[k].name + ": the first byte is not touched");
         if (!back) fail(op_.parameters[k].name + ": the last byte is not touched");
@@ -88,9 +96,9 @@ class Exact {
           for (const Span& s : b->spans) bytes += s.bytes;
       if (bytes > most && bytes <= 1400) most = bytes, best = ints_;
     }
-    for (size_t k = 0; k < buffers_.size(); ++k)
-      if (op_.parameters[k].is_pointer() && !(reached[k].first && reached[k].second))
-        fail(op_.parameters[k].name + ": no call touched " + (reached[k].first ? "the last byte" : "the first byte"));
+    for (const auto& [key, ends] : reached)
+      if (ends.calls > 9 && !(ends.first && ends.last))
+        fail(op_.parameters[key.first].name + ": no call touched the " + (ends.first ? "last byte" : "first byte"));
     if (best.empty()) fail("no call touches little");
     ints_ = best;
     allocate();
@@ -108,6 +116,12 @@ class Exact {
         else
           ints_.push_back(random_() % 8 ? int(random_() % uint32_t(highest)) : -int(random_() % 20));
     } while (!op_.needs(ints_.data()));
+  }
+
+  bool upward() const {
+    for (size_t k = 0; k < ints_.size(); ++k)
+      if (op_.parameters[k].is_step) return ints_[k] < 0;
+    return false;
   }
 
   void allocate() {
@@ -188,11 +202,15 @@ class Exact {
         buffers_[k]->for_each(buffers_[k]->pointer(Place::inside), [&](uint8_t& byte) {
           open.push_back({k, &byte});
         });
-    for (int round = 0; round < 100 && !open.empty(); ++round) {
+    for (int round = 0; round < 100 && (round < 3 || !open.empty()); ++round) {
       fill();
       const auto original = written();
       const int64_t result = call(inside);
       const auto expected = written();
+      restore(original);
+      for (size_t k = 0; k < buffers_.size(); ++k)
+        if (op_.parameters[k].reads && !op_.parameters[k].writes) change_others(*buffers_[k]);
+      if (call(inside) != result || written() != expected) fail("bytes matter that are not read");
       std::erase_if(open, [&](const Byte& byte) {
         restore(original);
         const uint8_t old = *byte.address;
@@ -205,6 +223,15 @@ class Exact {
     for (const Byte& byte : open)
       fail(op_.parameters[byte.parameter].name + ": byte " +
            std::to_string(byte.address - buffers_[byte.parameter]->pointer(Place::inside)) + " does not matter");
+  }
+  /// What lies around the bytes of a contract and between them.
+  void change_others(const Buffer& b) {
+    std::vector<uint8_t> kept;
+    uint8_t* const pointer = b.pointer(Place::inside);
+    b.for_each(pointer, [&](uint8_t& byte) { kept.push_back(byte); });
+    std::generate(b.begin(), b.end(), [this] { return uint8_t(random_()); });
+    auto next = kept.begin();
+    b.for_each(pointer, [&](uint8_t& byte) { byte = *next++; });
   }
   /// All memory that is not only read.
   std::vector<std::vector<uint8_t>> written() const {
