@@ -27,6 +27,14 @@ inline Memory uninitialized_memory(size_t n) {
   return Memory(static_cast<uint8_t*>(p));
 }
 
+/// The same memory with room for n bytes. What it gains has any value.
+inline Memory enlarged(Memory memory, size_t n) {
+  void* const p = std::realloc(memory.get(), n);
+  if (!p) throw std::bad_alloc();
+  (void)memory.release();
+  return Memory(static_cast<uint8_t*>(p));
+}
+
 /// Bytes with the memory that they lie in.
 struct OwnedBytes {
   Memory memory;

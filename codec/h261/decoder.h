@@ -13,6 +13,7 @@
 
 namespace pqx_codec::h261 {
 
+/// Whether a file that begins with these bytes is an H.261 stream whose first picture starts there.
 bool is_stream(std::span<const uint8_t> bytes);
 
 /// Decodes a stream, whose bytes must outlive it and its copies. They go on from where they were made.

@@ -14,6 +14,11 @@
 
 namespace pqx_codec::h263 {
 
+/// Whether a file that begins with these bytes is an H.263 stream whose first picture starts there.
+inline bool is_stream(std::span<const uint8_t> bytes) {
+  return bytes.size() >= 3 && bytes[0] == 0 && bytes[1] == 0 && bytes[2] >> 2 == 0x80 >> 2;
+}
+
 class Decoder {
  public:
   using Report = std::function<void(const std::string& damage)>;

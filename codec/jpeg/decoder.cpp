@@ -2,12 +2,14 @@
 
 #include <algorithm>
 #include <optional>
+#include <string_view>
 #include <utility>
 #include <vector>
 
 #include "core/failure.h"
 #include "jpeg/header.h"
 #include "jpeg/scan.h"
+#include "picture/exif.h"
 #include "picture/plane.h"
 
 namespace pqx_codec::jpeg {
@@ -15,7 +17,8 @@ namespace {
 
 class Decoder {
  public:
-  Decoder(std::span<const uint8_t> bytes, Upsampling upsampling) : reader_(bytes), upsampling_(upsampling) {}
+  Decoder(std::span<const uint8_t> bytes, Upsampling upsampling, int64_t max_pixels)
+      : reader_(bytes), upsampling_(upsampling), max_pixels_(max_pixels) {}
 
   Image decode();
 
@@ -28,6 +31,7 @@ class Decoder {
 
   MarkerReader reader_;
   Upsampling upsampling_;
+  int64_t max_pixels_;
   Tables tables_;
   int restart_interval_ = 0;
   ColorHints hints_;
@@ -79,6 +83,7 @@ void Decoder::read_frame() {
   const Segment segment = reader_.next_segment();
   if (frame_) damaged("a second picture in it");
   frame_.emplace(segment);
+  check_dimensions(frame_->width, frame_->height, max_pixels_);
   // A block takes two bits at least, a code for the DC and one for the end of the block.
   if (int64_t(reader_.rest().size()) < frame_->blocks() / 4)
     throw Failure("truncated JPEG: too short for " + std::to_string(frame_->width) + " x " +
@@ -130,6 +135,24 @@ bool is_file(std::span<const uint8_t> bytes) {
   return bytes.size() >= 3 && bytes[0] == 0xFF && bytes[1] == SOI && bytes[2] == 0xFF;
 }
 
-Image decode(std::span<const uint8_t> bytes, Upsampling upsampling) { return Decoder(bytes, upsampling).decode(); }
+Image decode(std::span<const uint8_t> bytes, Upsampling upsampling, int64_t max_pixels) {
+  return Decoder(bytes, upsampling, max_pixels).decode();
+}
+
+int orientation(std::span<const uint8_t> bytes) {
+  constexpr std::string_view exif("Exif\0\0", 6);
+  try {
+    MarkerReader reader(bytes);
+    reader.next_marker();
+    for (;;) {
+      const uint8_t marker = reader.next_marker();
+      if (marker == SOS || marker == EOI) return 1;
+      Segment segment = reader.next_segment();
+      if (marker == APP1 && segment.starts_with(exif)) return exif_orientation(segment.rest().subspan(exif.size()));
+    }
+  } catch (const Failure&) {
+    return 1;
+  }
+}
 
 }  // namespace pqx_codec::jpeg

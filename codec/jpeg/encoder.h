@@ -15,7 +15,7 @@ struct EncoderOptions {
   bool optimize = false;  // Huffman tables made for the picture
 };
 
-/// Encodes a picture as a baseline JFIF file.
+/// Encodes a grey or RGB picture as a baseline JFIF file. Throws Failure for more than 65535 columns or rows.
 std::vector<uint8_t> encode(const Image& image, const EncoderOptions& options);
 
 }  // namespace pqx_codec::jpeg

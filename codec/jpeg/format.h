@@ -23,6 +23,7 @@ enum Marker : uint8_t {
   DQT = 0xDB,
   DRI = 0xDD,
   APP0 = 0xE0,
+  APP1 = 0xE1,
   APP14 = 0xEE,
   TEM = 0x01,
 };

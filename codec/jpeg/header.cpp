@@ -4,7 +4,6 @@
 
 #include "bits/zig_zag.h"
 #include "core/failure.h"
-#include "picture/image.h"
 
 namespace pqx_codec::jpeg {
 
@@ -80,7 +79,6 @@ Frame::Frame(Segment segment) {
   width = segment.word();
   if (width == 0) damaged("picture without columns");
   if (height == 0) not_supported("JPEG that states its height behind the picture");
-  check_dimensions(width, height);
 
   const int count = segment.byte();
   if (count != 1 && count != 3 && count != 4) not_supported("JPEG of " + std::to_string(count) + " components");

@@ -29,6 +29,7 @@ class Segment {
   int word();
   std::span<const uint8_t> take(size_t count);
   bool starts_with(std::string_view text) const;
+  std::span<const uint8_t> rest() const { return bytes_; }
 
  private:
   std::span<const uint8_t> bytes_;

@@ -10,12 +10,15 @@
 
 namespace pqx_codec {
 
-inline constexpr int64_t max_pixels = int64_t{1} << 28;
+/// The most pixels that any picture may have, and those that readers allow one unless told otherwise.
+inline constexpr int64_t most_pixels = int64_t{1} << 28, default_max_pixels = 100'000'000;
 
-inline void check_dimensions(int64_t width, int64_t height) {
+/// Throws Failure for a picture without pixels or with more than max_pixels of them.
+inline void check_dimensions(int64_t width, int64_t height, int64_t max_pixels = most_pixels) {
   if (width < 1 || height < 1) throw Failure("picture without pixels");
-  if (width > max_pixels || height > max_pixels || width * height > max_pixels)
-    throw Failure("picture too large: " + std::to_string(width) + " x " + std::to_string(height) + " pixels");
+  if (width > most_pixels || height > most_pixels || width * height > max_pixels)
+    throw Failure("picture too large: " + std::to_string(width) + " x " + std::to_string(height) +
+                  " pixels, more than " + std::to_string(max_pixels));
 }
 
 /// A picture of 8-bit samples: grey, R, G, B, or A, B, G, R. Every row has room for an even number of pixels, so that

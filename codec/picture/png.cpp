@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+#include "picture/exif.h"
+
 namespace pqx_codec {
 namespace {
 
@@ -46,12 +48,16 @@ struct PngWriter {
   }
 };
 
-Image read_samples(PngReader& reader, size_t file_bytes) {
+Image read_samples(PngReader& reader, size_t file_bytes, int64_t max_pixels) {
   const png_structp png = reader.png;
   png_set_user_limits(png, PNG_UINT_31_MAX, PNG_UINT_31_MAX);
+  // Of the ancillary chunks only transparency is read: a few MB of compressed text can unpack to gigabytes.
+  png_set_keep_unknown_chunks(png, PNG_HANDLE_CHUNK_NEVER, nullptr, -1);
+  png_set_chunk_cache_max(png, 16);
+  png_set_chunk_malloc_max(png, size_t{1} << 20);
   png_read_info(png, reader.info);
   const png_uint_32 width = png_get_image_width(png, reader.info), height = png_get_image_height(png, reader.info);
-  check_dimensions(width, height);
+  check_dimensions(width, height, max_pixels);
   // Deflate packs at best 1032 to 1.
   if (png_get_rowbytes(png, reader.info) * height / 1032 > file_bytes) throw Failure("the file ends too early");
 
@@ -74,13 +80,23 @@ Image read_samples(PngReader& reader, size_t file_bytes) {
 
 bool is_png(std::span<const uint8_t> bytes) { return bytes.size() >= 8 && png_sig_cmp(bytes.data(), 0, 8) == 0; }
 
-Image read_png(std::span<const uint8_t> bytes) {
+Image read_png(std::span<const uint8_t> bytes, int64_t max_pixels) {
   PngReader reader(bytes);
   try {
-    return read_samples(reader, bytes.size());
+    return read_samples(reader, bytes.size(), max_pixels);
   } catch (const Failure& failure) {
     throw Failure(std::string("damaged PNG: ") + failure.what());
   }
+}
+
+int png_orientation(std::span<const uint8_t> bytes) {
+  for (auto rest = bytes.subspan(std::min<size_t>(bytes.size(), 8)); rest.size() >= 12;) {
+    const size_t length = size_t{rest[0]} << 24 | size_t{rest[1]} << 16 | size_t{rest[2]} << 8 | rest[3];
+    if (length > rest.size() - 12) break;
+    if (std::equal(&rest[4], &rest[8], "eXIf")) return exif_orientation(rest.subspan(8, length));
+    rest = rest.subspan(12 + length);
+  }
+  return 1;
 }
 
 void write_png(const Image& image, ByteSink& out) {

@@ -53,12 +53,12 @@ struct Header {
   std::span<const uint8_t> samples;
 };
 
-Header read_header(std::span<const uint8_t> bytes) {
+Header read_header(std::span<const uint8_t> bytes, int64_t max_pixels) {
   if (bytes[1] != '5' && bytes[1] != '6')
     throw Failure(std::string("not supported: PNM of type P") + char(bytes[1]) + " (only P5 and P6 are)");
   HeaderReader header(bytes);
   const int64_t width = header.number(), height = header.number(), maximum = header.number();
-  check_dimensions(width, height);
+  check_dimensions(width, height, max_pixels);
   if (maximum > 255) throw Failure("not supported: PNM with more than 8 bits in a sample");
   if (maximum == 0) throw Failure("damaged PNM: the largest sample value is 0");
 
@@ -85,8 +85,8 @@ bool is_pnm(std::span<const uint8_t> bytes) {
          (bytes[2] == '#' || bytes[2] == ' ' || (bytes[2] >= '\t' && bytes[2] <= '\r'));
 }
 
-Image read_pnm(std::span<const uint8_t> bytes) {
-  const Header header = read_header(bytes);
+Image read_pnm(std::span<const uint8_t> bytes, int64_t max_pixels) {
+  const Header header = read_header(bytes, max_pixels);
   Image image{header.width, header.height, header.channels};
   for (int y = 0; y < image.height(); ++y)
     std::copy_n(&header.samples[size_t(y) * image.row_bytes()], image.row_bytes(), image.row(y));
@@ -94,10 +94,10 @@ Image read_pnm(std::span<const uint8_t> bytes) {
   return image;
 }
 
-Image read_pnm(OwnedBytes&& file) {
+Image read_pnm(OwnedBytes&& file, int64_t max_pixels) {
   const std::span<const uint8_t> bytes = file;
-  const Header header = read_header(bytes);
-  if (header.width % 2) return read_pnm(bytes);
+  const Header header = read_header(bytes, max_pixels);
+  if (header.width % 2) return read_pnm(bytes, max_pixels);
   const auto offset = header.samples.data() - bytes.data();
   Memory memory = std::move(file.memory);
   uint8_t* const samples = memory.get() + offset;

@@ -24,7 +24,7 @@ bool is_y4m(std::span<const uint8_t> bytes) {
   return bytes.size() >= magic.size() && std::equal(magic.begin(), magic.end(), bytes.begin());
 }
 
-Y4mReader::Y4mReader(std::span<const uint8_t> bytes) : rest_(bytes) {
+Y4mReader::Y4mReader(std::span<const uint8_t> bytes, int64_t max_pixels) : rest_(bytes) {
   if (!is_y4m(bytes)) throw Failure("not a Y4M file");
   std::istringstream fields(line().substr(magic.size()));
   for (std::string field; fields >> field;) {
@@ -48,12 +48,15 @@ Y4mReader::Y4mReader(std::span<const uint8_t> bytes) : rest_(bytes) {
         if (value != "420" && value != "420jpeg" && value != "420mpeg2" && value != "420paldv")
           throw Failure("not supported: Y4M of kind " + value);
         break;
+      case 'X':
+        full_range_ |= value == "COLORRANGE=FULL";
+        break;
       case 'I':
         if (value != "p" && value != "?") throw Failure("not supported: interlaced Y4M");
         break;
     }
   }
-  check_dimensions(width_, height_);
+  check_dimensions(width_, height_, max_pixels);
 }
 
 std::string Y4mReader::line() {

@@ -9,23 +9,33 @@
 
 namespace pqx_codec {
 
+/// Pictures a second.
 struct FrameRate {
   int numerator = 30000, denominator = 1001;
+
+  bool operator==(const FrameRate& other) const {
+    return int64_t{numerator} * other.denominator == int64_t{other.numerator} * denominator;
+  }
 };
 
+/// Whether a file that begins with these bytes is a Y4M file.
 bool is_y4m(std::span<const uint8_t> bytes);
 
 /// The pictures of a YUV4MPEG2 file of 8-bit 4:2:0 samples, one after the other.
 class Y4mReader {
  public:
-  explicit Y4mReader(std::span<const uint8_t> bytes);
+  /// The bytes must outlive the reader and its copies, which go on from where they were made.
+  /// Throws Failure for a damaged header, another kind of samples and pictures of more than max_pixels.
+  explicit Y4mReader(std::span<const uint8_t> bytes, int64_t max_pixels = default_max_pixels);
 
   int width() const { return width_; }
   int height() const { return height_; }
   /// That of television if the file leaves it open, as 0:0.
   FrameRate rate() const { return rate_; }
+  /// Whether the header says that samples use all of 0..255.
+  bool is_full_range() const { return full_range_; }
 
-  /// Whether there was another picture.
+  /// Reads the next picture; false at the end. Throws Failure for a damaged file.
   bool next(YuvPicture& picture);
 
  private:
@@ -34,6 +44,7 @@ class Y4mReader {
   std::span<const uint8_t> rest_;
   int width_ = 0, height_ = 0;
   FrameRate rate_;
+  bool full_range_ = false;
 };
 
 /// What the header of a file says.
@@ -52,6 +63,10 @@ struct PlaneView {
   int columns, rows, step;
 };
 
+/// The header field of clips whose luma is in 16..235 and chroma in 16..240.
+inline constexpr const char* studio_range = "XCOLORRANGE=LIMITED";
+
+/// Writes a YUV4MPEG2 file of 8-bit 4:2:0 samples.
 class Y4mWriter {
  public:
   Y4mWriter(ByteSink& out, const Y4mFormat& format);

@@ -5,8 +5,10 @@
 #include <sstream>
 
 #include "jpeg/encoder.h"
+#include "picture/exif.h"
 #include "picture/png.h"
 #include "picture/pnm.h"
+#include "picture/y4m.h"
 #include "picture_file.h"
 #include "pictures.h"
 #include "psnr.h"
@@ -61,11 +63,6 @@ TEST(Files, PicturesSurviveWritingAndReading) {
         EXPECT_EQ(compare(image, read_picture(place / name)).largest_of_all(), 0) << name;
       }
   EXPECT_EQ(place.files(), (std::vector<std::string>{"a.png", "b.ppm", "c.PGM"})) << "something left behind";
-  // What only its owner may read stays so.
-  constexpr auto owner = std::filesystem::perms(0600);
-  std::filesystem::permissions(place / "a.png", owner);
-  write_picture(place / "a.png", make_picture(3, 3, 1));
-  EXPECT_EQ(std::filesystem::status(place / "a.png").permissions(), owner);
 }
 
 TEST(Files, PnmHeadersMayHoldCommentsAndSmallMaxima) {
@@ -73,6 +70,9 @@ TEST(Files, PnmHeadersMayHoldCommentsAndSmallMaxima) {
   EXPECT_EQ(samples_of(read_pnm(text(std::string("P5 3 1 255\n\0\xFF\x80", 14)))), grey);
   EXPECT_EQ(samples_of(read_pnm(text("P5#one\n#two 9\r3\t1 # three\n255 " + std::string("\0\xFF\x80", 3)))), grey);
   EXPECT_EQ(samples_of(read_pnm(text("P6 1 1 3\n" + std::string("\0\1\3", 3)))), (std::vector<int>{0, 85, 255}));
+  // 2.55, 7.65 and 97.5 of 255ths: to the nearest, a half up.
+  EXPECT_EQ(samples_of(read_pnm(text("P5 2 1 100\n\1\3"))), (std::vector<int>{3, 8}));
+  EXPECT_EQ(samples_of(read_pnm(text("P5 1 1 34\n\15"))), (std::vector<int>{98}));
 }
 
 TEST(Files, PngSamplesOfEveryKindAreReduced) {
@@ -85,6 +85,37 @@ TEST(Files, PngSamplesOfEveryKindAreReduced) {
             (std::vector<int>{0x80, 0xFF, 0x10}));
   EXPECT_EQ(samples_of(read_png(make_png(2, 3, {0b00010000}, {{"PLTE", palette}, {"tRNS", {0, 128}}}))),
             (std::vector<int>{10, 20, 30, 40, 50, 60, 10, 20, 30}));
+}
+
+TEST(Files, Y4mChromaOfOddPicturesIsRoundedUp) {
+  Bytes y4m = text("YUV4MPEG2 W3 H5 F25:1 C420jpeg\nFRAME\n");
+  for (uint8_t sample = 0; sample < 3 * 5 + 2 * (2 * 3); ++sample) y4m.push_back(sample);
+  Y4mReader reader(y4m);
+  YuvPicture picture;
+  ASSERT_TRUE(reader.next(picture));
+  EXPECT_EQ(*picture.planes[0].at(2, 4), 14);
+  EXPECT_EQ(*picture.planes[1].at(1, 2), 15 + 5);
+  EXPECT_EQ(*picture.planes[2].at(1, 2), 15 + 11);
+  EXPECT_FALSE(reader.next(picture));
+  for (size_t missing = 1; missing <= 12; ++missing) {
+    Y4mReader shorter{std::span(y4m).first(y4m.size() - missing)};
+    EXPECT_THROW(shorter.next(picture), Failure) << missing;
+  }
+}
+
+TEST(Files, ExifOrientationIsFound) {
+  for (const bool big : {false, true})
+    for (const uint8_t value : {1, 3, 8, 9}) {
+      Bytes tiff = big ? Bytes{'M', 'M', 0, 42, 0,  0, 0, 8, 0, 2, 1, 0, 0,     3, 0, 0, 0, 1, 0,
+                               5,   0,   0, 1,  18, 0, 3, 0, 0, 0, 1, 0, value, 0, 0, 0, 0, 0, 0}
+                       : Bytes{'I', 'I', 42, 0,  8, 0, 0, 0, 2, 0, 0, 1,     3, 0, 1, 0, 0, 0, 5,
+                               0,   0,   0,  18, 1, 3, 0, 1, 0, 0, 0, value, 0, 0, 0, 0, 0, 0, 0};
+      const Bytes png = make_png(8, 0, {1, 2, 3}, {{"gAMA", {0, 0, 0, 1}}, {"eXIf", tiff}});
+      const int stated = value == 9 ? 1 : value;
+      EXPECT_EQ(png_orientation(png), stated);
+      for (size_t size = 0; size <= tiff.size(); ++size)
+        EXPECT_EQ(exif_orientation(std::span(tiff).first(size)), size < 34 ? 1 : stated) << size;
+    }
 }
 
 TEST(Files, PsnrIsThatOfItsFormula) {
@@ -109,7 +140,7 @@ TEST(Tool, GoesFromPictureToJpegAndBack) {
   expect_successes(place, {"jpeg encode {in.png} {a.jpg} --quality 90 --sampling 444", "jpeg decode {a.jpg} {a.ppm}",
                            "jpeg encode {in.png} {b.jpg} --optimize", "jpeg decode --upsampling nn {b.jpg} {b.png}",
                            "jpeg encode {grey.ppm} {c.jpg} --time", "jpeg decode {c.jpg} {c.ppm}",
-                           "psnr {in.png} {a.jpg}", "sheet {sheet.png} {in.png} {a.ppm} {b.png}"});
+                           "psnr {in.png} {a.jpg}", "sheet -o {sheet.png} {in.png} {a.ppm} {b.png}"});
   const Image in = read_picture(place / "in.png");
   EXPECT_GT(compare(in, read_picture(place / "a.ppm")).psnr(), 35);
   EXPECT_GT(compare(in, read_picture(place / "b.png")).psnr(), 32);
@@ -119,6 +150,59 @@ TEST(Tool, GoesFromPictureToJpegAndBack) {
   EXPECT_EQ(sheet.height(), 2 * 38);
   // The defaults are quality 75 and 4:2:0.
   EXPECT_EQ(read_bytes(place / "b.jpg"), jpeg::encode(in, {75, jpeg::Sampling::s420, true}));
+}
+
+TEST(Tool, BoundsMemoryBeforeItReads) {
+  const Workplace place;
+  const Image image = make_picture(7, 5, 3);
+  for (const char* const name : {"a.png", "a.ppm"}) write_picture(place / name, image);
+  // A text of 200 MB in all, and a profile beside it.
+  Bytes packed(10000), content = text("k");
+  uLongf size = packed.size();
+  const Bytes plain(1 << 20, 'a');
+  compress(packed.data(), &size, plain.data(), uLong(plain.size()));
+  content.insert(content.end(), {0, 0});
+  content.insert(content.end(), packed.begin(), packed.begin() + ptrdiff_t(size));
+  std::vector<std::pair<std::string, Bytes>> chunks(200, {"zTXt", content});
+  chunks.emplace_back("iCCP", content);
+  const Bytes plane = jpeg::encode(make_picture(7, 5, 1), {}), header = text("YUV4MPEG2 W7 H5\n");
+  write_files(place, {{"a.jpg", jpeg::encode(image, {})},
+                      {"scans.jpg", assemble(7, 5, {plane, plane, plane}, {0x11, 0x11, 0x11}, -1)},
+                      {"a.y4m", y4m_of({YuvPicture(7, 5)})},
+                      {"text.png", make_png(8, 0, {1, 2, 3}, chunks)},
+                      {"sparse", {}},
+                      {"sparse.y4m", header},
+                      {"sparse.ppm", text("P6 7 5 255\n")}});
+  for (const char* const name : {"sparse", "sparse.y4m", "sparse.ppm"})
+    std::filesystem::resize_file(place / name, uintmax_t{3900} << 20);
+
+  const struct {
+    const char* command;
+    const char* reason;
+  } cases[] = {{"jpeg encode {sparse} {o.jpg}", "not a PNG, PNM or JPEG file"},
+               {"jpeg encode {sparse.ppm} {o.jpg}", "file too large"},
+               {"jpeg decode {sparse} {o.png}", "not a JPEG file"},
+               {"h261 encode {sparse.y4m} {o.h261}", "file too large"},
+               {"psnr {a.png} {sparse}", "not a PNG, PNM or JPEG file"},
+               {"show {sparse} {o.png}", "neither a Y4M file nor an H.261 stream"},
+               {"jpeg encode /dev/zero {o.jpg}", "not a PNG, PNM or JPEG file"},
+               {"h261 decode /dev/zero {o.y4m}", "not an H.261 stream"},
+               {"jpeg encode {text.png} {o.jpg}", nullptr}};
+  for (const auto& [command, reason] : cases) {
+    const Outcome outcome = run(place, std::string(PQXVIDEO " ") + command);
+    EXPECT_EQ(outcome.status, reason ? 1 : 0) << command << outcome.errors;
+    EXPECT_NE(outcome.errors.find(reason ? reason : ""), std::string::npos) << command << outcome.errors;
+    EXPECT_LT(outcome.memory, 32 + MEMORY_FOR_DAMAGE) << command << ", MiB";
+  }
+  for (const std::string command :
+       {"jpeg encode {a.png} {o.jpg}", "jpeg encode {a.ppm} {o.jpg}", "jpeg decode {a.jpg} {o.png}",
+        "jpeg decode {scans.jpg} {o.png}", "show {a.y4m} {o.png}", "sheet -o {o.png} {a.png} {a.jpg}",
+        "psnr {a.y4m} {a.y4m}"}) {
+    EXPECT_EQ(run(place, PQXVIDEO " " + command + " --max-pixels 35").errors, "") << command;
+    const Outcome outcome = run(place, PQXVIDEO " " + command + " --max-pixels 34");
+    EXPECT_EQ(outcome.status, 1) << command;
+    EXPECT_NE(outcome.errors.find(": picture too large: 7 x 5 pixels, more than 34\n"), std::string::npos) << command;
+  }
 }
 
 TEST(Tool, ReportsErrorsInOneLineAndLeavesNothing) {
@@ -178,7 +262,7 @@ TEST(Tool, ReportsErrorsInOneLineAndLeavesNothing) {
       {"jpeg encode {damaged.png} {out.jpg}", 1, "damaged.png", "damaged PNG"},
       {"psnr {in.png} {other.ppm}", 1, "other.ppm", "differ in size"},
       {"psnr {in.png} {grey.ppm}", 1, "grey.ppm", "grey"},
-      {"sheet {out.png} {in.png} {other.ppm}", 1, "in.png", "differ"},
+      {"sheet -o {out.png} {in.png} {other.ppm}", 1, "in.png", "differ"},
       {"jpeg decode {in.jpg} {out.bmp}", 2, "out.bmp", "must end in"},
       {"jpeg decode {in.jpg} {out.png} --upsampling cubic", 2, "", "upsampling"},
       {"jpeg encode {in.png} {out.jpg} --quality 0", 2, "", "quality"},

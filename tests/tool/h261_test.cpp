@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "bits/bit_reader.h"
+#include "bits/bit_writer.h"
 #include "h261/decoder.h"
 #include "h261/encoder.h"
 #include "h261/format.h"
@@ -199,6 +201,83 @@ TEST(H261, ConcealsADamagedGroupOfBlocks) {
   EXPECT_GE(compare(concealed, whole).psnr(), 20);
 }
 
+TEST(H261, DamageToAGroupOfBlocksStaysInIt) {
+  const Bytes stream = encode(make_pan(false, 2), {20, true, 4});
+  const Pictures whole = decode(stream);
+  // Where start codes stand, and of what.
+  const auto start_codes = [](const Bytes& bytes) {
+    std::vector<std::pair<size_t, uint32_t>> found;
+    BitReader bits(bytes);
+    for (size_t at = 0; at < bytes.size() * 8; ++at) {
+      bits.seek(at);
+      if (bits.peek(20) >> 4 == 1) found.emplace_back(at, bits.peek(20) & 15);
+    }
+    return found;
+  };
+  const auto starts = start_codes(stream);
+  ASSERT_EQ(starts.size(), 8u);
+  std::mt19937 random(3);
+  int damaged = 0;
+  for (int k = 0; k < 400; ++k) {
+    const size_t group = 5 + random() % 2;  // the first or the second of the second picture
+    Bytes bytes = stream;
+    for (int flips = 0; flips < 3; ++flips) {
+      const size_t first = starts[group].first + 20, at = first + random() % (starts[group + 1].first - first);
+      bytes[at / 8] ^= uint8_t(0x80 >> at % 8);
+    }
+    if (start_codes(bytes) != starts) continue;
+    int reports = 0;
+    const Pictures concealed = decode(bytes, [&](const std::string&) { ++reports; });
+    ASSERT_EQ(concealed.size(), 2u);
+    damaged += reports;
+    for (int y = 0; y < 144; ++y) {
+      const uint8_t *const row = whole[1].planes[0].at(0, y), *const kept = concealed[1].planes[0].at(0, y);
+      if (y / 48 == int(starts[group].second) / 2) continue;
+      ASSERT_TRUE(std::equal(row, row + 176, kept)) << "trial " << k << ", row " << y;
+    }
+  }
+  EXPECT_GT(damaged, 100);
+}
+
+TEST(H261, CoefficientsAreClampedAndLevelsChecked) {
+  // On a black picture, one macroblock with one coefficient, the second of its first row, written as an escape.
+  const auto decode_level = [](int level) {
+    BitBuffer bits(100);
+    const auto put = [&](uint32_t value, int n) { bits.cursor().put(value, n); };
+    put(1, 16), put(0, 4 + 5), put(0b000011, 6), put(0, 1);
+    for (const uint32_t group : {1, 3, 5}) {
+      put(1, 16), put(group, 4), put(31, 5), put(0, 1);
+      if (group > 1) continue;
+      put(1, 1), put(1, 1), put(0b1010, 4);  // the next macroblock, predicted, its first block
+      put(h261::escape.bits, 6), put(1, 6), put(uint32_t(level) & 255, 8), put(0b10, 2);
+    }
+    bits.cursor().finish(false);
+    return decode(Bytes(bits.bytes().begin(), bits.bytes().end())).at(0);
+  };
+  // 2047 / 8 * sqrt(2) * cos(7 pi / 16), as the coefficient 31 * (2 * 127 + 1) is clamped.
+  EXPECT_EQ(*decode_level(127).planes[0].at(3, 0), 71);
+  EXPECT_EQ(*decode_level(-127).planes[0].at(4, 0), 71);
+  EXPECT_EQ(*decode_level(1).planes[0].at(0, 0), 16);  // 93 / 8 * sqrt(2) * cos(pi / 16)
+  EXPECT_THROW(decode_level(-128), Failure);
+  EXPECT_THROW(decode_level(0), Failure);
+}
+
+TEST(H261, RefreshCountsPicturesAndNotAttempts) {
+  // Half of it stands still, the other is noise that takes quantizer 6 to fit.
+  YuvPicture picture = make_pan(false, 1)[0];
+  Pictures clip;
+  std::mt19937 random(1);
+  for (int k = 0; k < 6; ++k) {
+    for (YuvPicture::Component& plane : picture.planes)
+      for (size_t i = plane.samples.size() / 2; i < plane.samples.size(); ++i)
+        plane.samples[i] = uint8_t(100 + random() % 60);
+    clip.push_back(picture);
+  }
+  const Bytes stream = encode(clip, {6, true, 0});
+  EXPECT_NE(stream, encode(clip, {7, true, 0}));
+  EXPECT_EQ(stream, encode(clip, {2, true, 0})) << "tried four times more";
+}
+
 TEST(H261, ToolGoesFromPictureToStreamAndBack) {
   const Workplace place;
   write_picture(place / "in.png", make_picture(400, 310, 3, Content::smooth));
@@ -267,7 +346,7 @@ TEST(H261, ToolReportsErrorsInOneLineAndLeavesNothing) {
     {"h261 encode {missing.y4m} {out.h261}", 1, "missing.y4m", "No such file"},
     {"h261 decode {missing.h261} {out.y4m}", 1, "missing.h261", "No such file"},
     {"show {missing.y4m} {out.png}", 1, "missing.y4m", "No such file"},
-    {"psnr {good.h261} {missing.y4m}", 1, "missing.y4m", "No such file"},
+    {"psnr {odd.y4m} {missing.y4m}", 1, "missing.y4m", "No such file"},
     {"h261 encode {empty.y4m} {out.h261}", 1, "empty.y4m", "no picture in it"},
     {"h261 encode {good.h261} {out.h261}", 1, "good.h261", "not a Y4M file"},
     {"h261 encode {good.h261} {out.h261} --quant 32", 2, "", "--quant"},

@@ -166,6 +166,37 @@ TEST(Jpeg, CoefficientsBeyondAllBoundsSaturate) {
   }
 }
 
+TEST(Jpeg, WhatCannotBeIsRefused) {
+  const Bytes good = encode_outside(make_picture(40, 40, 3), "-sample 1x1 -quality 95");
+  // Where a segment begins that starts with these bytes behind its length.
+  const auto segment = [&](uint8_t marker, uint8_t first) {
+    for (size_t at = 2;; at += 2 + size_t(good[at + 2] << 8 | good[at + 3]))
+      if (good.at(at + 1) == marker && good[at + 4] == first) return at + 4;
+  };
+  const size_t frame = segment(0xC0, 8), dc = segment(0xC4, 0), ac = segment(0xC4, 0x10);
+  const struct {
+    const char* reason;
+    std::vector<std::pair<size_t, uint8_t>> changes;
+  } cases[] = {{"impossible Huffman table", {{dc + 1, 3}, {dc + 16, 3}, {dc + 3, 0}, {dc + 2, 0}}},
+               {"a coefficient beyond 8-bit samples", {{ac + 17, 0x0B}}},
+               {"a coefficient beyond 8-bit samples",
+                {{dc + 20, 12}, {dc + 21, 12}, {dc + 22, 12}, {dc + 23, 12}, {dc + 24, 12}}},
+               {"a quantization table is missing", {{frame + 8, 3}}},
+               {"two components of one name", {{frame + 9, 1}}},
+               {"too many blocks", {{frame + 7, 0x22}, {frame + 10, 0x22}, {frame + 13, 0x22}}}};
+  jpeg::decode(good);
+  for (const auto& [reason, changes] : cases) {
+    Bytes bytes = good;
+    for (const auto& [at, value] : changes) bytes[at] = value;
+    try {
+      jpeg::decode(bytes);
+      ADD_FAILURE() << "accepted: " << reason;
+    } catch (const Failure& failure) {
+      EXPECT_NE(std::string(failure.what()).find(reason), std::string::npos) << failure.what();
+    }
+  }
+}
+
 TEST(Jpeg, OptimalCodesHaveAtMost16Bits) {
   // Fibonacci numbers ask for codes as long as the number of symbols.
   for (const size_t symbols : {1, 2, 3, 16, 17, 18, 40, 80}) {

@@ -109,12 +109,20 @@ Outcome run(const Workplace& place, std::string command) {
     command.replace(open, close - open + 1, place / command.substr(open + 1, close - open - 1));
   }
   const Workplace streams;
-  const int status = std::system((command + " >" + streams / "out" + " 2>" + streams / "errors").c_str());
+  command += " >" + streams / "out" + " 2>" + streams / "errors";
+  const pid_t shell = fork();
+  if (shell == 0) {
+    execl("/bin/sh", "sh", "-c", command.c_str(), nullptr);
+    _exit(127);
+  }
+  int status = 0;
+  struct rusage usage;
+  if (wait4(shell, &status, 0, &usage) != shell) throw std::runtime_error("cannot run " + command);
   const auto text = [&](const char* name) {
     const Bytes bytes = read_bytes(streams / name);
     return std::string(bytes.begin(), bytes.end());
   };
-  return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, text("out"), text("errors")};
+  return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, text("out"), text("errors"), int(usage.ru_maxrss / 1024)};
 }
 
 void must_run(const Workplace& place, const std::string& command) {

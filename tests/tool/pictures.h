@@ -56,6 +56,7 @@ void write_files(const Workplace& place, const std::vector<std::pair<std::string
 struct Outcome {
   int status;
   std::string out, errors;
+  int memory;  // the most that a process of it has held, in MiB
 };
 
 /// Runs a shell command; "{name}" in it stands for that file of the workplace.

@@ -38,6 +38,15 @@ TEST(PlayWindow, ShowsEveryPictureAndClosesAtTheEnd) {
   }
 }
 
+TEST(PlayWindow, NeedsADisplay) {
+  const Workplace place;
+  write_bytes(place / "clip.h261", encode(make_wandering(2), {}));
+  expect_failure(place,
+                 "env -u DISPLAY -u WAYLAND_DISPLAY -u SDL_VIDEODRIVER XDG_RUNTIME_DIR={} timeout 20 " PQXVIDEO
+                 " play {clip.h261}",
+                 1, "clip.h261", "cannot open a window");
+}
+
 TEST(PlayWindow, StaysAtTheEndUntilItIsClosed) {
   const Workplace place;
   write_bytes(place / "clip.h261", encode(make_wandering(2), {}));
@@ -54,7 +63,7 @@ TEST(PlayWindow, StaysAtTheEndUntilItIsClosed) {
         return 0;
       },
       nullptr);
-  play(place / "clip.h261", 1, false);
+  play(place / "clip.h261", 1, false, default_max_pixels);
   EXPECT_GE(Clock::now() - start, std::chrono::milliseconds(490));
   SDL_Quit();
 }

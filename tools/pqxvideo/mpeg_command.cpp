@@ -1,11 +1,11 @@
-#include "mpeg_command.h"
-
 #include <cerrno>
 #include <cstring>
-#include <iostream>
 #include <limits>
 #include <memory>
+#include <span>
+#include <vector>
 
+#include "commands.h"
 #include "files.h"
 #include "mpeg/decoder.h"
 #include "naming.h"
@@ -53,7 +53,7 @@ class StreamDecoder {
   bool ended_ = false;
 };
 
-Y4mFormat format_of(const mpeg::Sequence& s, const mpeg::Frame& first) {
+Y4mFormat header_of(const mpeg::Sequence& s, const mpeg::Frame& first) {
   Y4mFormat format{.width = s.width, .height = s.height, .rate = s.rate, .aspect = s.sample_aspect()};
   // Fields of a progressive frame belong together; of others the first to be shown is told.
   format.interlacing = s.progressive || first.progressive ? "p" : first.top_field_first ? "t" : "b";
@@ -62,15 +62,16 @@ Y4mFormat format_of(const mpeg::Sequence& s, const mpeg::Frame& first) {
   return format;
 }
 
-void decode(const std::string& in, const std::string& out, bool conceal, int64_t max_pixels) {
+void decode_mpeg(const std::string& in, Destination destination, bool conceal, int64_t max_pixels) {
+  if (destination.path == "-") destination.path = "/dev/stdout";
+  destination.choose({Format::y4m});
+  const std::string source = in == "-" ? "/dev/stdin" : in, &out = destination.path;
+  check_differs(out, std::span(&source, 1));
   Progress progress("decoding");
-  const auto report = [&](const std::string& what) {
-    progress.clear();
-    std::cerr << "pqxvideo: " << in << ": " << what << '\n';
-  };
+  const auto report = [&](const std::string& what) { progress.interrupt(in + ": " + what); };
   mpeg::DecoderOptions options{.max_pixels = max_pixels, .conceal = {}, .note = report};
   if (conceal) options.conceal = report;
-  StreamDecoder decoder = naming(in, [&] { return StreamDecoder(in == "-" ? "/dev/stdin" : in, options); });
+  StreamDecoder decoder = naming(in, [&] { return StreamDecoder(source, options); });
   const auto next = [&] {
     const mpeg::Frame* frame = nullptr;
     progress.measure([&] { frame = naming(in, [&] { return decoder.next(); }); });
@@ -80,8 +81,8 @@ void decode(const std::string& in, const std::string& out, bool conceal, int64_t
   if (!frame) throw Failure(in + ": no picture in it");
   const mpeg::Sequence& s = decoder.sequence();
   naming(out, [&] {
-    OutputFile file(out == "-" ? "/dev/stdout" : out);
-    Y4mWriter writer(file, format_of(s, *frame));
+    OutputFile file(out);
+    Y4mWriter writer(file, header_of(s, *frame));
     for (; frame; frame = next()) {
       PlaneView planes[3];
       for (size_t k = 0; k < 3; ++k) {
@@ -94,14 +95,15 @@ void decode(const std::string& in, const std::string& out, bool conceal, int64_t
     }
     file.commit();
   });
-  progress.finish(decoder.bytes(), out == "-" ? "/dev/stdout" : out);
+  if (!is_standard_output(out)) progress.finish(decoder.bytes());  // it holds the clip
 }
 
 }  // namespace
 
-Command add_mpeg_command(CLI::App& app) {
+std::vector<Command> add_mpeg_command(CLI::App& app) {
   struct Arguments {
-    std::string in, out;
+    std::string in;
+    Destination out;
     bool conceal = false;
     int64_t max_pixels = mpeg::DecoderOptions{}.max_pixels;
   };
@@ -110,12 +112,12 @@ Command add_mpeg_command(CLI::App& app) {
   CLI::App* const decoder =
       mpeg->add_subcommand("decode", "Decodes a video stream or the video of a program stream.");
   decoder->add_option("IN", a->in, "MPEG-1 or MPEG-2 stream; - is standard input")->required();
-  decoder->add_option("OUT", a->out, "Y4M file; - is standard output")->required();
+  add_destination(*decoder, "OUT", a->out, {Format::y4m});
   decoder->add_flag("--conceal", a->conceal, "Go on behind damage, and report it");
   decoder->add_option("--max-pixels", a->max_pixels, "Refuse larger pictures")
       ->check(CLI::Range(int64_t{1}, std::numeric_limits<int64_t>::max()))
       ->capture_default_str();
-  return {decoder, [a] { decode(a->in, a->out, a->conceal, a->max_pixels); }};
+  return {{decoder, [a] { decode_mpeg(a->in, a->out, a->conceal, a->max_pixels); }}};
 }
 
 }  // namespace pqxvideo

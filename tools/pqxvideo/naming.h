@@ -13,6 +13,11 @@ struct NamedFailure : Failure {
   using Failure::Failure;
 };
 
+/// A command line that cannot be followed.
+struct UsageFailure : NamedFailure {
+  using NamedFailure::NamedFailure;
+};
+
 /// Runs an action on a file and puts the file's name in front of the reason if it fails and names no file yet.
 template <class Action>
 auto naming(const std::string& path, Action action) {

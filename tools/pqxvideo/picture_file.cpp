@@ -1,7 +1,5 @@
 #include "picture_file.h"
 
-#include <algorithm>
-#include <cctype>
 #include <utility>
 
 #include "files.h"
@@ -9,44 +7,49 @@
 #include "naming.h"
 #include "picture/png.h"
 #include "picture/pnm.h"
+#include "report.h"
 
 namespace pqxvideo {
-namespace {
 
-bool ends_with(const std::string& path, std::string ending) {
-  const size_t n = ending.size();
-  return path.size() > n && std::equal(path.end() - ptrdiff_t(n), path.end(), ending.begin(),
-                                       [](char a, char b) { return std::tolower(uint8_t(a)) == b; });
+size_t picture_limit(std::span<const uint8_t> head, int64_t max_pixels) {
+  if (!is_png(head) && !is_pnm(head) && !jpeg::is_file(head)) throw Failure("not a PNG, PNM or JPEG file");
+  return most_picture_bytes(max_pixels);
 }
 
-bool is_pnm_name(const std::string& path) {
-  return ends_with(path, ".ppm") || ends_with(path, ".pgm") || ends_with(path, ".pnm");
+Image read_picture(const std::string& path, int64_t max_pixels) {
+  const auto limit = [&](std::span<const uint8_t> head) { return picture_limit(head, max_pixels); };
+  return decode_picture(path, read_file(path, limit), max_pixels);
 }
 
-}  // namespace
-
-Image read_picture(const std::string& path) {
+Image decode_picture(const std::string& path, OwnedBytes bytes, int64_t max_pixels) {
   return naming(path, [&] {
-    OwnedBytes bytes = read_file(path);
-    if (is_png(bytes)) return read_png(bytes);
-    if (is_pnm(bytes)) return read_pnm(std::move(bytes));
-    if (jpeg::is_file(bytes)) return jpeg::decode(bytes);
-    throw Failure("not a PNG, PNM or JPEG file");
+    if (is_pnm(bytes)) return read_pnm(std::move(bytes), max_pixels);
+    picture_limit(bytes, max_pixels);
+    const bool png = is_png(bytes);
+    Image image = png ? read_png(bytes, max_pixels) : jpeg::decode(bytes, jpeg::Upsampling::bilinear, max_pixels);
+    report_orientation(path, png ? png_orientation(bytes) : jpeg::orientation(bytes));
+    return image;
   });
 }
 
-bool is_writable_kind(const std::string& path) { return ends_with(path, ".png") || is_pnm_name(path); }
+void report_orientation(const std::string& path, int orientation) {
+  if (orientation != 1)
+    report(path + ": its Exif orientation, " + std::to_string(orientation) + ", is dropped, not applied");
+}
 
-void write_picture(const std::string& path, const Image& image) {
+void write_picture(const std::string& path, const Image& image, Format::Kind format) {
   naming(path, [&] {
     OutputFile file(path);
-    if (is_pnm_name(path)) {
+    if (format == Format::pnm)
       write_pnm(image, file);
-    } else {
+    else
       write_png(image, file);
-    }
     file.commit();
   });
+}
+
+void write_picture(const std::string& path, const Image& image) {
+  write_picture(path, image, Destination{path, ""}.choose(picture_formats));
 }
 
 }  // namespace pqxvideo

@@ -6,15 +6,12 @@
 #include <chrono>
 #include <iomanip>
 #include <iostream>
-#include <string>
+#include <string_view>
 #include <utility>
 
-#include "files.h"
+#include "report.h"
 
 namespace pqxvideo {
-
-/// What the header of a written clip says of its samples.
-inline constexpr const char* studio_range = "XCOLORRANGE=LIMITED";
 
 /// Counts pictures, on a terminal in a line that is written again and again, and tells the speed in the end.
 class Progress {
@@ -35,13 +32,13 @@ class Progress {
     std::cerr << '\r' << what_ << ' ' << pictures_ << std::flush;
     drawn_ = true;
   }
-  /// Makes room for another message.
-  void clear() {
-    if (std::exchange(drawn_, false)) std::cerr << "\r\033[K" << std::flush;
-  }
-  void finish(size_t stream_bytes, const std::string& out) {
+  /// A report in place of the line.
+  void interrupt(std::string_view message) {
     clear();
-    if (is_standard_output(out)) return;  // which holds the clip
+    report(message);
+  }
+  void finish(size_t stream_bytes) {
+    clear();
     const double seconds = std::chrono::duration<double>(busy_).count();
     std::cout << pictures_ << " pictures, " << stream_bytes << " bytes, " << std::fixed << std::setprecision(1)
               << pictures_ / std::max(seconds, 1e-9) << " pictures/s\n";
@@ -49,6 +46,10 @@ class Progress {
 
  private:
   using Clock = std::chrono::steady_clock;
+
+  void clear() {
+    if (std::exchange(drawn_, false)) std::cerr << "\r\033[K" << std::flush;
+  }
 
   const char* what_;
   bool shown_, drawn_ = false;

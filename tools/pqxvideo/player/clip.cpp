@@ -20,6 +20,7 @@ class Y4mSource {
   Rectangle changed() const { return {0, 0, picture_.width(), picture_.height()}; }
   int frames() const { return 1; }
   FrameRate rate() const { return reader_.rate(); }
+  bool is_full_range() const { return reader_.is_full_range(); }
 
   bool next() { return reader_.next(picture_); }
   const Place& place() const { return reader_; }
@@ -41,6 +42,7 @@ class H261Source {
   const Rectangle& changed() const { return decoder_.changed(); }
   int frames() const { return decoder_.frames_to_next(); }
   FrameRate rate() const { return {}; }
+  bool is_full_range() const { return false; }
 
   bool next() { return decoder_.next(); }
   const Place& place() const { return decoder_; }
@@ -56,6 +58,7 @@ class SourceClip final : public Clip {
  public:
   SourceClip(Source source, size_t most_kept) : source_(std::move(source)), most_kept_(most_kept) {
     rate_ = source_.rate();
+    full_range_ = source_.is_full_range();
     if (!next()) throw Failure("no picture in it");
     changed_ = whole();
   }
@@ -96,8 +99,9 @@ class SourceClip final : public Clip {
 
 }  // namespace
 
-std::unique_ptr<Clip> open_clip(std::span<const uint8_t> bytes, size_t most_kept) {
-  if (is_y4m(bytes)) return std::make_unique<SourceClip<Y4mSource>>(Y4mSource(Y4mReader(bytes)), most_kept);
+std::unique_ptr<Clip> open_clip(std::span<const uint8_t> bytes, size_t most_kept, int64_t max_pixels) {
+  if (is_y4m(bytes))
+    return std::make_unique<SourceClip<Y4mSource>>(Y4mSource(Y4mReader(bytes, max_pixels)), most_kept);
   if (h261::is_stream(bytes))
     return std::make_unique<SourceClip<H261Source>>(H261Source(h261::Decoder(bytes)), most_kept);
   throw Failure("neither a Y4M file nor an H.261 stream");

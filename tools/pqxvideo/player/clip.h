@@ -29,6 +29,8 @@ class Clip {
   Rectangle whole() const { return {0, 0, picture().width(), picture().height()}; }
 
   FrameRate rate() const { return rate_; }
+  /// Whether its samples are said to use all of 0..255.
+  bool is_full_range() const { return full_range_; }
   /// For how many frames it stands until the next one takes its place.
   int frames() const { return frames_; }
 
@@ -36,11 +38,13 @@ class Clip {
   int number_ = -1;
   Rectangle changed_;
   FrameRate rate_;
+  bool full_range_ = false;
   int frames_ = 1;
 };
 
 /// Opens a Y4M file or an H.261 stream, whose bytes must stay.
 /// @param most_kept  an even number: from how many places of a stream decoding can begin again for an earlier picture
-std::unique_ptr<Clip> open_clip(std::span<const uint8_t> bytes, size_t most_kept = 128);
+std::unique_ptr<Clip> open_clip(std::span<const uint8_t> bytes, size_t most_kept = 128,
+                                int64_t max_pixels = default_max_pixels);
 
 }  // namespace pqxvideo

@@ -5,13 +5,15 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cstdlib>
 #include <filesystem>
 #include <memory>
 #include <utility>
 
-#include "files.h"
 #include "naming.h"
+#include "player/clip_file.h"
 #include "player/player.h"
+#include "report.h"
 
 namespace pqxvideo {
 namespace {
@@ -60,9 +62,14 @@ struct Video {
     // An interrupted player ends as any program does.
     sdl().SDL_SetHint(SDL_HINT_NO_SIGNAL_HANDLERS, "1");
     if (sdl().SDL_InitSubSystem(SDL_INIT_VIDEO) != 0) fail("cannot open a window");
+    const std::string driver = sdl().SDL_GetCurrentVideoDriver();
+    // Drivers that show nothing are taken only by who asks for them.
+    if ((driver == "offscreen" || driver == "dummy") && !std::getenv("SDL_VIDEODRIVER")) {
+      sdl().SDL_QuitSubSystem(SDL_INIT_VIDEO);
+      throw Failure("cannot open a window: there is no display");
+    }
     // An X server shares memory with the window; a renderer in between would take longer to start and to draw.
-    if (sdl().SDL_GetCurrentVideoDriver() == std::string("x11"))
-      sdl().SDL_SetHint(SDL_HINT_FRAMEBUFFER_ACCELERATION, "0");
+    if (driver == "x11") sdl().SDL_SetHint(SDL_HINT_FRAMEBUFFER_ACCELERATION, "0");
   }
   ~Video() { sdl().SDL_QuitSubSystem(SDL_INIT_VIDEO); }
 };
@@ -155,12 +162,9 @@ void play(Clip& clip, const std::string& name, int zoom, bool to_end) {
 
 }  // namespace
 
-void play(const std::string& path, int zoom, bool to_end) {
-  naming(path, [&] {
-    const OwnedBytes bytes = read_file(path);
-    const auto clip = open_clip(bytes);
-    play(*clip, std::filesystem::path(path).filename(), zoom, to_end);
-  });
+void play(const std::string& path, int zoom, bool to_end, int64_t max_pixels) {
+  const ClipFile file(path, max_pixels, 128);
+  naming(path, [&] { play(file.clip(), printable(std::filesystem::path(path).filename().string()), zoom, to_end); });
 }
 
 }  // namespace pqxvideo

@@ -3,7 +3,7 @@
 
 namespace pqxvideo {
 
-void play(const std::string&, int, bool) {
+void play(const std::string&, int, bool, int64_t) {
   throw Failure("this build has no player: SDL2 was not found when it was made");
 }
 
