@@ -55,7 +55,7 @@ extern "C" {
  * @{
  */
 #define PQX_VERSION_MAJOR 1 /**< The same as long as programs need no change. */
-#define PQX_VERSION_MINOR 1 /**< Grows with what is added. */
+#define PQX_VERSION_MINOR 2 /**< Grows with what is added. */
 #define PQX_VERSION_PATCH 0 /**< Grows with what is mended. */
 /** All three as one number for comparing, as 10100 for 1.1.0. */
 #define PQX_VERSION_NUMBER (10000 * PQX_VERSION_MAJOR + 100 * PQX_VERSION_MINOR + PQX_VERSION_PATCH)
