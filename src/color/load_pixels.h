@@ -15,7 +15,7 @@ struct PixelPairs {
   u16x8 byte(int k) const { return k % 2 ? words[k / 2] >> 8 : words[k / 2] & all_u16(255); }
 };
 
-/// Reads 16 pixels and nothing behind them.
+/// Reads 16 pixels and nothing after them.
 template <int pixel_bytes>
 PixelPairs<pixel_bytes> load_pixel_pairs(const uint8_t* p) {
   u16x8 q04, q15, q26, q37;

@@ -54,65 +54,55 @@ template <int from, int to>
   return PQX_OK;
 }
 
-/// All three are read first, for they may come from there.
+/// All three are read before any is written, for they may come from there.
 inline void put_pixel(uint8_t* d, uint8_t r, uint8_t g, uint8_t b) { d[0] = r, d[1] = g, d[2] = b; }
 
-/// A, R, G, B to R, G, B.
-inline pqx_Status drop_alpha(const uint8_t* src, uint8_t* dst, int len) {
-  return reorder_pixels<4, 3>(
-      src, dst, len,
-      [](const uint8_t* p, uint8_t* d, bool last) {
-        store_pixels<3>(d,
-                        {without_alpha(load<u8x16>(p)), without_alpha(load<u8x16>(p + 16)),
-                         without_alpha(load<u8x16>(p + 32)), without_alpha(load<u8x16>(p + 48))},
-                        last);
-      },
-      [](const uint8_t* p, uint8_t* d) { put_pixel(d, p[1], p[2], p[3]); });
+template <PixelLayout From, PixelLayout To>
+[[gnu::always_inline]] inline void reorder_one(const uint8_t* p, uint8_t* d) {
+  constexpr int first = To.r < To.b ? From.r : From.b, last = To.r < To.b ? From.b : From.r;
+  if constexpr (To.a < 0)
+    put_pixel(d, p[first], p[From.g], p[last]);
+  else
+    d[0] = 0, d[1] = p[first], d[2] = p[From.g], d[3] = p[last];
 }
 
-/// A, B, G, R to R, G, B.
-inline pqx_Status drop_alpha_reversed(const uint8_t* src, uint8_t* dst, int len) {
-  return reorder_pixels<4, 3>(
-      src, dst, len,
-      [](const uint8_t* p, uint8_t* d, bool last) {
-        // A, B; G, R; A, B; G, R of two pixels become R, G; B, R; G, B.
-        const PixelPairs<4> pairs = load_pixel_pairs<4>(p);
-        const u16x8 ab0 = pairs.words[0], gr0 = pairs.words[1], ab1 = pairs.words[2], gr1 = pairs.words[3],
-                    even = all_u16(0x00ff), odd = all_u16(0xff00);
-        store_pixels<3>(d, pairs_of_words(gr0 << 8 | gr0 >> 8, ab0 >> 8 | (gr1 & odd), (gr1 & even) | (ab1 & odd)),
-                        last);
-      },
-      [](const uint8_t* p, uint8_t* d) { put_pixel(d, p[3], p[2], p[1]); });
-}
-
-/// R, G, B to A, R, G, B, alpha 0.
-inline pqx_Status add_alpha(const uint8_t* src, uint8_t* dst, int len) {
-  return reorder_pixels<3, 4>(
-      src, dst, len,
-      [](const uint8_t* p, uint8_t* d, bool) {
-        // The last pixel is taken from the end of its four bytes, so that nothing behind the run is read.
-        const auto pixel = [p](int k) {
-          return k == 15 ? load_bytes<4, i32x4>(p + 44) >> 8 : load_bytes<4, i32x4>(p + 3 * k);
-        };
-        const auto two = [pixel](int k) { return interleave_low(pixel(k), pixel(k + 1)); };
+/// Sixteen pixels; alpha, where there is any, is the first byte. `reversed`: red and blue change places.
+template <PixelLayout From, PixelLayout To, bool reversed = (From.r < From.b) != (To.r < To.b)>
+[[gnu::always_inline]] inline void reorder_sixteen(const uint8_t* p, uint8_t* d, bool last) {
+  static_assert(From.a <= 0 && To.a <= 0 && From.bytes != To.bytes);
+  const u16x8 even = all_u16(0x00ff), odd = all_u16(0xff00);
+  if constexpr (To.bytes == 3 && !reversed) {
+    store_pixels<3>(d,
+                    {without_alpha(load<u8x16>(p)), without_alpha(load<u8x16>(p + 16)),
+                     without_alpha(load<u8x16>(p + 32)), without_alpha(load<u8x16>(p + 48))},
+                    last);
+  } else if constexpr (To.bytes == 3) {
+    // A, B; G, R; A, B; G, R of two pixels become R, G; B, R; G, B.
+    const PixelPairs<4> pairs = load_pixel_pairs<4>(p);
+    const u16x8 ab0 = pairs.words[0], gr0 = pairs.words[1], ab1 = pairs.words[2], gr1 = pairs.words[3];
+    store_pixels<3>(d, pairs_of_words(gr0 << 8 | gr0 >> 8, ab0 >> 8 | (gr1 & odd), (gr1 & even) | (ab1 & odd)), last);
+  } else if constexpr (!reversed) {
+    // The last pixel is taken from the end of its four bytes, so that nothing after the run is read.
+    const auto pixel = [p](int k) {
+      return k == 15 ? load_bytes<4, i32x4>(p + 44) >> 8 : load_bytes<4, i32x4>(p + 3 * k);
+    };
+    const auto two = [pixel](int k) { return interleave_low(pixel(k), pixel(k + 1)); };
 #pragma GCC unroll 4
-        for (int k = 0; k < 16; k += 4) store(d + 4 * k, i32x4{_mm_unpacklo_epi64(two(k).v, two(k + 2).v)} << 8);
-      },
-      [](const uint8_t* p, uint8_t* d) { d[0] = 0, d[1] = p[0], d[2] = p[1], d[3] = p[2]; });
+    for (int k = 0; k < 16; k += 4) store(d + 4 * k, low_halves(two(k), two(k + 2)) << 8);
+  } else {
+    // R, G; B, R; G, B of two pixels become 0, B; G, R; 0, B; G, R.
+    const PixelPairs<3> pairs = load_pixel_pairs<3>(p);
+    const u16x8 rg = pairs.words[0], br = pairs.words[1], gb = pairs.words[2];
+    WordChannels<4>{{br << 8, rg << 8 | rg >> 8, gb & odd, (gb & even) | (br & odd)}}.store_pixels(d, false);
+  }
 }
 
-/// R, G, B to A, B, G, R, alpha 0.
-inline pqx_Status add_alpha_reversed(const uint8_t* src, uint8_t* dst, int len) {
-  return reorder_pixels<3, 4>(
-      src, dst, len,
-      [](const uint8_t* p, uint8_t* d, bool) {
-        // R, G; B, R; G, B of two pixels become 0, B; G, R; 0, B; G, R.
-        const PixelPairs<3> pairs = load_pixel_pairs<3>(p);
-        const u16x8 rg = pairs.words[0], br = pairs.words[1], gb = pairs.words[2], even = all_u16(0x00ff),
-                    odd = all_u16(0xff00);
-        WordChannels<4>{{br << 8, rg << 8 | rg >> 8, gb & odd, (gb & even) | (br & odd)}}.store_pixels(d, false);
-      },
-      [](const uint8_t* p, uint8_t* d) { d[0] = 0, d[1] = p[2], d[2] = p[1], d[3] = p[0]; });
+/// A row of pixels that lose their alpha or gain one, in the same byte order or in the reverse one.
+template <PixelLayout From, PixelLayout To>
+[[gnu::always_inline]] inline pqx_Status reorder(const uint8_t* src, uint8_t* dst, int len) {
+  return reorder_pixels<From.bytes, To.bytes>(
+      src, dst, len, [](const uint8_t* p, uint8_t* d, bool last) { reorder_sixteen<From, To>(p, d, last); },
+      [](const uint8_t* p, uint8_t* d) { reorder_one<From, To>(p, d); });
 }
 
 }  // namespace pqx

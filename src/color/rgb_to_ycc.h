@@ -106,7 +106,7 @@ struct RgbBlock {
 /// Means of sums of 1 << shift samples, with the sums' excess still in them. The first output is an even one.
 inline u16x8 means(u16x8 sums, int shift, int odd_rounding, int excess) {
   const int even_term = -(excess << shift), odd_term = even_term + odd_rounding;
-  return (sums + u16x8{_mm_set1_epi32(int(uint32_t(odd_term) << 16 | uint16_t(even_term)))}) >> shift;
+  return (sums + alternating<u16x8>(even_term, odd_term)) >> shift;
 }
 
 inline void store_means(uint8_t* cb, uint8_t* cr, u16x8 cb_means, u16x8 cr_means) {
@@ -115,8 +115,8 @@ inline void store_means(uint8_t* cb, uint8_t* cr, u16x8 cb_means, u16x8 cr_means
   store_high_half(cr, both);
 }
 
-// Rows of less than 16 pixels, and what is left behind the blocks of longer ones, go pixel by pixel. Both ways are
-// functions of their own, so that a short row pays nothing for the registers of the other.
+// Rows of fewer than 16 pixels, and the pixels after the blocks of longer ones, are converted one by one. Both ways are
+// functions of their own, so that a short row does not save registers for the other.
 
 template <PixelLayout L>
 [[gnu::noinline]] pqx_Status single_pixels_to_444(const uint8_t* src, uint8_t* y, uint8_t* cb, uint8_t* cr, int len,

@@ -32,8 +32,8 @@ YccFloats<Float> ycc_12_bit(Float r, Float g, Float b) {
 }
 
 /// The even and the odd lanes as floats, times 2^16.
-inline f32x4 even_floats(u16x8 a) { return {_mm_cvtepi32_ps((as<i32x4>(a) << 16).v)}; }
-inline f32x4 odd_floats(u16x8 a) { return {_mm_cvtepi32_ps((as<i32x4>(a) & all_i32(-0x10000)).v)}; }
+inline f32x4 even_floats(u16x8 a) { return floats(as<i32x4>(a) << 16); }
+inline f32x4 odd_floats(u16x8 a) { return floats(as<i32x4>(a) & all_i32(-0x10000)); }
 
 /// Truncates toward zero and keeps the low 16 bits.
 inline i32x4 words(f32x4 even, f32x4 odd) {

@@ -6,7 +6,7 @@
 
 namespace pqx {
 
-/// Channels of sixteen pixels in order. Three-byte pixels have no use for a.
+/// Channels of sixteen pixels in order. Three-byte pixels ignore a.
 struct PixelBytes {
   u8x16 r, g, b, a;
 };
@@ -24,7 +24,7 @@ struct Quads {
 
 /// The ends of a row of n bytes, 2 <= n <= 15: its first w, then its last w, w being 8, 4 or 2.
 inline u8x16 load_ends(const uint8_t* p, int64_t n) {
-  if (n >= 8) return {_mm_unpacklo_epi64(load_half<u8x16>(p).v, load_half<u8x16>(p + n - 8).v)};
+  if (n >= 8) return low_halves(load_half<u8x16>(p), load_half<u8x16>(p + n - 8));
   if (n >= 4) return {_mm_unpacklo_epi32(load_bytes<4, u8x16>(p).v, load_bytes<4, u8x16>(p + n - 4).v)};
   return {_mm_cvtsi32_si128(load_one<uint16_t>(p) | load_one<uint16_t>(p + n - 2) << 16)};
 }
@@ -66,7 +66,7 @@ template <PixelLayout L>
   if constexpr (L.bytes == 3) {
     const u8x16 c02 = pack(byte(0), byte(2)), c13 = pack(byte(1), byte(3)), c45 = pack(byte(4), byte(5));
     return pairs_of_words(as<u16x8>(interleave_low(c02, c13)), as<u16x8>(interleave_high(c02, c13)),
-                          as<u16x8>(interleave_low(c45, {_mm_unpackhi_epi64(c45.v, c45.v)})));
+                          as<u16x8>(interleave_low(c45, high_halves(c45, c45))));
   } else {
     const u8x16 c04 = pack(byte(0), byte(4)), c15 = pack(byte(1), byte(5));
     const u8x16 c26 = pack(byte(2), byte(6)), c37 = pack(byte(3), byte(7));
@@ -79,7 +79,7 @@ template <PixelLayout L>
   }
 }
 
-/// Writes four pixels; of three bytes each, two bytes of no meaning behind them.
+/// Writes four pixels; those of three bytes are followed by two unspecified bytes.
 template <int pixel_bytes>
 void store_quad(uint8_t* dst, u8x16 quad) {
   if constexpr (pixel_bytes == 3) {
@@ -90,18 +90,18 @@ void store_quad(uint8_t* dst, u8x16 quad) {
   }
 }
 
-/// Writes four pixels and nothing behind them.
+/// Writes four pixels and nothing after them.
 template <int pixel_bytes>
 void store_last_quad(uint8_t* dst, u8x16 quad) {
   if constexpr (pixel_bytes == 3) {
     store_half(dst, quad);
-    store_first(dst + 6, u8x16{_mm_unpackhi_epi64(quad.v, quad.v)}, 6);
+    store_first(dst + 6, high_halves(quad, quad), 6);
   } else {
     store(dst, quad);
   }
 }
 
-/// Writes sixteen pixels; of three bytes each, two bytes of no meaning behind them unless they are the last of a row.
+/// Writes sixteen pixels; those of three bytes are followed by two unspecified bytes unless they end the row.
 template <int pixel_bytes>
 [[gnu::always_inline]] inline void store_pixels(uint8_t* dst, const Quads<pixel_bytes>& p, bool last) {
   constexpr int quad = 4 * pixel_bytes;
@@ -118,7 +118,7 @@ template <int pixel_bytes>
 template <int pixel_bytes>
 [[gnu::always_inline]] inline void store_ends(uint8_t* dst, const Quads<pixel_bytes>& p, int64_t n) {
   constexpr int quad = 4 * pixel_bytes;
-  // What a quad leaves behind it, the pixels of the other end cover.
+  // The pixels of the other end overwrite the bytes that follow a quad.
   if (n >= 8) {
     uint8_t* const last = dst + (n - 8) * pixel_bytes;
     if (n > 8) {

@@ -140,7 +140,7 @@ struct ChromaLinear {
 
  private:
   // Registers hold up to eight samples of Cb, then as many of Cr.
-  static u8x16 join(u8x16 b, u8x16 r) { return {_mm_unpacklo_epi64(b.v, r.v)}; }
+  static u8x16 join(u8x16 b, u8x16 r) { return low_halves(b, r); }
   static u8x16 join(const uint8_t* b, const uint8_t* r) { return join(load_half<u8x16>(b), load_half<u8x16>(r)); }
   static u8x16 up(u8x16 c, int places = 1) { return {_mm_slli_epi64(c.v, 8 * places)}; }
   static u8x16 down(u8x16 c) { return {_mm_srli_epi64(c.v, 8)}; }
@@ -172,7 +172,7 @@ struct ChromaLinear {
   }
 };
 
-/// A row of up to three pixels, by the tables: registers would not be sooner.
+/// A row of up to three pixels, by the tables: vectors are no faster here.
 template <PixelLayout L, class Chromas, class Fourth>
 [[gnu::noinline]] pqx_Status store_few_pixels(int64_t n, Chromas chroma, Fourth fourth, Row row) {
   uint8_t* pixel = row.dst;

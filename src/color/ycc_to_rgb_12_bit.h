@@ -53,7 +53,7 @@ inline float wide_chroma(int c) { return float(int32_t(uint32_t(c - 2048) << 20)
 
 /// Eight pixels, one in a pair of three-byte pixels.
 [[gnu::always_inline]] inline Quads<3> pixels_of_12_bits(u16x8 y, u16x8 cb, u16x8 cr) {
-  // A word behind the upper half of a power of two adds itself to that, in units of the last place. Luma comes twice: its
+  // A word below the upper half of a power of two adds itself to it, in units of the last place. Luma comes twice: its
   // constant is an odd number of units. Where doubling saturates, every channel does.
   constexpr float luma_unit = 0x1p19f, chroma_unit = 0x1p20f;
   constexpr float no_luma = (0x1p23f + 32768) * luma_unit + 2146959360, no_chroma = (0x1p23f + 2048) * chroma_unit;

@@ -44,7 +44,7 @@ u8x16 samples(const uint8_t* p) {
 template <int shared>
 u8x16 samples_of_ends(const uint8_t* p, int64_t n) {
   const uint8_t* const last = p + uint64_t(n - 8) / shared;
-  if constexpr (shared == 1) return {_mm_unpacklo_epi64(load_half<u8x16>(p).v, load_half<u8x16>(last).v)};
+  if constexpr (shared == 1) return low_halves(load_half<u8x16>(p), load_half<u8x16>(last));
   if constexpr (shared == 2) return {_mm_unpacklo_epi32(load_bytes<4, u8x16>(p).v, load_bytes<4, u8x16>(last).v)};
   const u8x16 s{_mm_cvtsi32_si128(load_one<uint16_t>(p) | load_one<uint16_t>(last) << 16)};
   return interleave_low(s, s);

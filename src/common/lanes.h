@@ -81,7 +81,7 @@ void store_bytes(void* p, R r) {
   if constexpr (bytes == 4) store_one(p, _mm_cvtsi128_si32(r.v));
 }
 
-/// The first n bytes, 0 <= n <= 15, behind which the register is zero; no other byte is read.
+/// The first n bytes, 0 <= n <= 15, and zeros; no other byte is read.
 template <class R>
 R load_first(const void* p, int n) {
   const char* end = static_cast<const char*>(p) + n;
@@ -126,6 +126,26 @@ inline u8x16 all_u8(int x) { return {_mm_set1_epi8(char(x))}; }
 inline i16x8 all_i16(int x) { return {_mm_set1_epi16(short(x))}; }
 inline u16x8 all_u16(int x) { return {_mm_set1_epi16(short(x))}; }
 inline i32x4 all_i32(int x) { return {_mm_set1_epi32(x)}; }
+
+/// Lanes of two values in turn.
+template <class R>
+R alternating(int even, int odd);
+template <>
+inline u8x16 alternating<u8x16>(int even, int odd) {
+  return {_mm_set1_epi16(short(odd << 8 | even))};
+}
+template <>
+inline u16x8 alternating<u16x8>(int even, int odd) {
+  return {_mm_set1_epi32(int(uint32_t(odd) << 16 | uint16_t(even)))};
+}
+template <>
+inline i16x8 alternating<i16x8>(int even, int odd) {
+  return {alternating<u16x8>(even, odd).v};
+}
+template <>
+inline i32x4 alternating<i32x4>(int even, int odd) {
+  return {_mm_set_epi32(odd, even, odd, even)};
+}
 
 inline u8x16 operator&(u8x16 a, u8x16 b) { return {_mm_and_si128(a.v, b.v)}; }
 inline u8x16 operator|(u8x16 a, u8x16 b) { return {_mm_or_si128(a.v, b.v)}; }
@@ -187,14 +207,28 @@ inline u16x8 high_bytes(u8x16 a) { return {_mm_unpackhi_epi8(a.v, _mm_setzero_si
 /// Lanes of a and b in turn.
 inline u8x16 interleave_low(u8x16 a, u8x16 b) { return {_mm_unpacklo_epi8(a.v, b.v)}; }
 inline u8x16 interleave_high(u8x16 a, u8x16 b) { return {_mm_unpackhi_epi8(a.v, b.v)}; }
+inline i16x8 interleave_low(i16x8 a, i16x8 b) { return {_mm_unpacklo_epi16(a.v, b.v)}; }
+inline i16x8 interleave_high(i16x8 a, i16x8 b) { return {_mm_unpackhi_epi16(a.v, b.v)}; }
 inline u16x8 interleave_low(u16x8 a, u16x8 b) { return {_mm_unpacklo_epi16(a.v, b.v)}; }
 inline u16x8 interleave_high(u16x8 a, u16x8 b) { return {_mm_unpackhi_epi16(a.v, b.v)}; }
 inline i32x4 interleave_low(i32x4 a, i32x4 b) { return {_mm_unpacklo_epi32(a.v, b.v)}; }
 inline i32x4 interleave_high(i32x4 a, i32x4 b) { return {_mm_unpackhi_epi32(a.v, b.v)}; }
 
+/// The low, or the high, 8 bytes of a, then those of b.
+template <class R>
+R low_halves(R a, R b) {
+  return {_mm_unpacklo_epi64(a.v, b.v)};
+}
+template <class R>
+R high_halves(R a, R b) {
+  return {_mm_unpackhi_epi64(a.v, b.v)};
+}
+
 /// The lanes of a, then those of b, saturated to the narrower type.
 inline u8x16 pack(i16x8 a, i16x8 b) { return {_mm_packus_epi16(a.v, b.v)}; }
 inline i16x8 pack(i32x4 a, i32x4 b) { return {_mm_packs_epi32(a.v, b.v)}; }
+
+inline f32x4 floats(i32x4 a) { return {_mm_cvtepi32_ps(a.v)}; }
 
 inline i16x8 as_signed(u16x8 a) { return {a.v}; }
 inline u16x8 as_unsigned(i16x8 a) { return {a.v}; }

@@ -5,14 +5,11 @@
 
 namespace pqx {
 
-/// The eight values of each of as many rows or columns as there are lanes.
+/// As many lines, rows or columns of eight values, as there are lanes: value k of each in register k.
 template <class Lanes>
-struct Eight {
+struct Lines {
   Lanes at[8];
 };
-
-inline i16x8 interleave_low(i16x8 a, i16x8 b) { return {_mm_unpacklo_epi16(a.v, b.v)}; }
-inline i16x8 interleave_high(i16x8 a, i16x8 b) { return {_mm_unpackhi_epi16(a.v, b.v)}; }
 
 /// Rows of words.
 struct Block {
@@ -63,8 +60,6 @@ inline Block load_columns(const uint8_t* src, int64_t step) {
   return b;
 }
 
-inline f32x4 to_float(i32x4 a) { return {_mm_cvtepi32_ps(a.v)}; }
-
 /// Columns 0, distance, 2 * distance and 3 * distance of four rows, whose values are rows[column].
 template <int distance>
 [[gnu::always_inline]] inline void four_columns(const f32x4* rows, f32x4* to) {
@@ -77,8 +72,8 @@ template <int distance>
   to[3] = {_mm_castsi128_ps(_mm_unpackhi_epi64(high01.v, high23.v))};
 }
 template <int first, int distance>
-[[gnu::always_inline]] inline Eight<f32x4> four_columns(const Eight<f32x4>& upper, const Eight<f32x4>& lower) {
-  Eight<f32x4> columns;
+[[gnu::always_inline]] inline Lines<f32x4> four_columns(const Lines<f32x4>& upper, const Lines<f32x4>& lower) {
+  Lines<f32x4> columns;
   four_columns<distance>(upper.at + first, columns.at);
   four_columns<distance>(lower.at + first, columns.at + 4);
   return columns;

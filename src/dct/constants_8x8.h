@@ -4,8 +4,8 @@
 
 namespace pqx::dct {
 
-/// A constant ready for every kind of lanes. The values are out of the compiler's sight, so that products take them
-/// straight from memory; it would build them from one lane at every use.
+/// A constant for every kind of lanes. Its values are hidden from the compiler, so that products take them straight
+/// from memory; otherwise it would broadcast one lane at every use.
 struct Factor {
   alignas(16) double twice[2];
   alignas(16) float four_times[4];

@@ -34,11 +34,11 @@ inline f64x4 operator+(f64x4 a, f64x4 b) { return {a.low + b.low, a.high + b.hig
 inline f64x4 operator-(f64x4 a, f64x4 b) { return {a.low - b.low, a.high - b.high}; }
 inline f64x4 operator*(f64x4 a, const Factor& c) { return {a.low * c, a.high * c}; }
 
-[[gnu::always_inline]] inline Eight<f32x4> forward_pass(const Eight<f32x4>& x) {
+[[gnu::always_inline]] inline Lines<f32x4> forward_pass(const Lines<f32x4>& x) {
   const Cosines& k = forward_cosines;
   const f32x4 s07 = x.at[0] + x.at[7], s16 = x.at[1] + x.at[6], s25 = x.at[2] + x.at[5], s34 = x.at[3] + x.at[4];
   const f32x4 d07 = x.at[0] - x.at[7], d16 = x.at[1] - x.at[6], d25 = x.at[2] - x.at[5], d34 = x.at[3] - x.at[4];
-  Eight<f32x4> X;
+  Lines<f32x4> X;
   const f64x4 a = widened(s07 + s34) * k.c4, e = widened(s16 + s25) * k.c4;
   X.at[0] = narrowed(a + e);
   X.at[4] = narrowed(a - e);
@@ -56,7 +56,7 @@ inline f64x4 operator*(f64x4 a, const Factor& c) { return {a.low * c, a.high * c
 }
 
 /// Result v of the pass alone.
-inline f32x4 forward_pass(const Eight<f32x4>& x, int v) {
+inline f32x4 forward_pass(const Lines<f32x4>& x, int v) {
   const Result& k = forward_results[v];
   f32x4 first, second;
   if (v % 2 == 0) {
@@ -73,16 +73,16 @@ inline f32x4 forward_pass(const Eight<f32x4>& x, int v) {
 }
 
 /// Samples of rows 0 to 3 and 4 to 7 from the columns of a block; their sums are exact.
-inline Eight<f32x4> upper_rows(const Block& columns) {
-  Eight<f32x4> x;
+inline Lines<f32x4> upper_rows(const Block& columns) {
+  Lines<f32x4> x;
 #pragma GCC unroll 8
-  for (int k = 0; k < 8; ++k) x.at[k] = to_float(as<i32x4>(interleave_low(columns.row[k], columns.row[k])) >> 16);
+  for (int k = 0; k < 8; ++k) x.at[k] = floats(as<i32x4>(interleave_low(columns.row[k], columns.row[k])) >> 16);
   return x;
 }
-inline Eight<f32x4> lower_rows(const Block& columns) {
-  Eight<f32x4> x;
+inline Lines<f32x4> lower_rows(const Block& columns) {
+  Lines<f32x4> x;
 #pragma GCC unroll 8
-  for (int k = 0; k < 8; ++k) x.at[k] = to_float(as<i32x4>(interleave_high(columns.row[k], columns.row[k])) >> 16);
+  for (int k = 0; k < 8; ++k) x.at[k] = floats(as<i32x4>(interleave_high(columns.row[k], columns.row[k])) >> 16);
   return x;
 }
 
@@ -96,9 +96,9 @@ inline i32x4 rounded_plus_4096(f32x4 z) {
 
 /// The coefficients of the block with these columns.
 inline Block forward_typed(const Block& columns) {
-  const Eight<f32x4> upper = forward_pass(upper_rows(columns)), lower = forward_pass(lower_rows(columns));
-  const Eight<f32x4> even = forward_pass(four_columns<0, 2>(upper, lower));
-  const Eight<f32x4> odd = forward_pass(four_columns<1, 2>(upper, lower));
+  const Lines<f32x4> upper = forward_pass(upper_rows(columns)), lower = forward_pass(lower_rows(columns));
+  const Lines<f32x4> even = forward_pass(four_columns<0, 2>(upper, lower));
+  const Lines<f32x4> odd = forward_pass(four_columns<1, 2>(upper, lower));
   Block result;
 #pragma GCC unroll 8
   for (int u = 0; u < 8; ++u) {

@@ -26,7 +26,7 @@ inline EightRows operator*(EightRows a, const Factor& c) { return {a.upper * c, 
 /// part the sum is rounded as a product in double precision would be. Words enter as high halves: times 2^16.
 inline EightRows typed_c4_product(i16x8 n) {
   const i16x8 zero = all_i16(0);
-  const EightRows f = {to_float(as<i32x4>(interleave_low(zero, n))), to_float(as<i32x4>(interleave_high(zero, n)))};
+  const EightRows f = {floats(as<i32x4>(interleave_low(zero, n))), floats(as<i32x4>(interleave_high(zero, n)))};
   return f * c4_high + f * c4_low;
 }
 
@@ -36,12 +36,12 @@ struct Pairs {
   Pairs(i16x8 a, i16x8 b) : upper(interleave_low(a, b)), lower(interleave_high(a, b)) {}
 };
 inline EightRows products(const Pairs& ab, int ka, int kb) {
-  const i16x8 k = {_mm_set1_epi32(int(uint32_t(kb) << 16 | (uint32_t(ka) & 0xffff)))};
-  return {to_float(pair_products(ab.upper, k)), to_float(pair_products(ab.lower, k))};
+  const auto k = alternating<i16x8>(ka, kb);
+  return {floats(pair_products(ab.upper, k)), floats(pair_products(ab.lower, k))};
 }
 
 struct RowResults {
-  Eight<f32x4> upper, lower;
+  Lines<f32x4> upper, lower;
   void set(int v, EightRows X) { upper.at[v] = X.upper, lower.at[v] = X.lower; }
 };
 
@@ -93,13 +93,13 @@ using RoundPixels = Rounding<12>;     // of samples 0..255
 using RoundResiduals = Rounding<11>;  // of samples -256..255
 
 struct FourColumns {
-  Eight<i32x4> result;
+  Lines<i32x4> result;
   f32x4 s0734, s1625;
 };
 
 /// The column pass. The factors of the first column of the four make its results 0 and 4 zero, far from 1/2.
 template <class Round>
-[[gnu::always_inline]] inline FourColumns fast_column_pass(const Eight<f32x4>& x, const ColumnCosines& k,
+[[gnu::always_inline]] inline FourColumns fast_column_pass(const Lines<f32x4>& x, const ColumnCosines& k,
                                                            Round& round) {
   const f32x4 s07 = x.at[0] + x.at[7], s16 = x.at[1] + x.at[6], s25 = x.at[2] + x.at[5], s34 = x.at[3] + x.at[4];
   FourColumns X;
@@ -126,7 +126,7 @@ inline void add_typed_corners(const FourColumns& left, const FourColumns& right,
   const f64x2 e = f64x2{_mm_cvtps_pd(_mm_unpacklo_ps(left.s1625.v, right.s1625.v))} * forward_cosines.c4;
   const f32x4 z = narrowed({a + e, a - e});
   const i32x4 nearest = {_mm_cvtps_epi32(z.v)};  // halves to even, so that one in two has yet to go up
-  const i32x4 down_from_half = {_mm_castps_si128(_mm_cmpeq_ps((z - to_float(nearest)).v, _mm_set1_ps(0.5f)))};
+  const i32x4 down_from_half = {_mm_castps_si128(_mm_cmpeq_ps((z - floats(nearest)).v, _mm_set1_ps(0.5f)))};
   const i32x4 words = (nearest - down_from_half) & all_i32(0xffff);
   result.row[0] = result.row[0] | as<i16x8>(interleave_low(words, all_i32(0)));
   result.row[4] = result.row[4] | as<i16x8>(interleave_high(words, all_i32(0)));
@@ -137,15 +137,15 @@ f32x4 everywhere(f32x4 a) {
   return {_mm_shuffle_ps(a.v, a.v, _MM_SHUFFLE(y, y, y, y))};
 }
 
-/// Computes columns anew, those whose bits are set. Loads the samples again, for the usual case keeps none.
+/// Computes columns anew, those whose bits are set. Loads the samples again, as the usual case does not keep them.
 template <class Load>
 [[gnu::noinline]] void redo_typed(Load load, unsigned columns, Block& result) {
   const Block samples = load();
-  const Eight<f32x4> x_upper = upper_rows(samples), x_lower = lower_rows(samples);
+  const Lines<f32x4> x_upper = upper_rows(samples), x_lower = lower_rows(samples);
   for (; columns; columns &= columns - 1) {
     const int v = __builtin_ctz(columns);
     const f32x4 upper = forward_pass(x_upper, v), lower = forward_pass(x_lower, v);
-    const Eight<f32x4> z =
+    const Lines<f32x4> z =
         forward_pass({everywhere<0>(upper), everywhere<1>(upper), everywhere<2>(upper), everywhere<3>(upper),
                       everywhere<0>(lower), everywhere<1>(lower), everywhere<2>(lower), everywhere<3>(lower)});
     const i16x8 column = {_mm_cmpeq_epi16(all_i16(v).v, _mm_setr_epi16(0, 1, 2, 3, 4, 5, 6, 7))};

@@ -41,7 +41,7 @@ Lanes operator-(Lanes a, Negated<Lanes> b) {
 }
 
 template <class Lanes, class Upper, class Last>
-[[gnu::always_inline]] inline Eight<Lanes> inverse_pass(const Cosines& k, Lanes X0, Lanes X1, Lanes X2, Lanes X3,
+[[gnu::always_inline]] inline Lines<Lanes> inverse_pass(const Cosines& k, Lanes X0, Lanes X1, Lanes X2, Lanes X3,
                                                         Upper X4, Upper X5, Upper X6, Last X7) {
   const auto a = X1 * k.c7 - X7 * k.c1, b = X7 * k.c7 + X1 * k.c1, c = X3 * k.c3 + X5 * k.c5;
   const auto d = X5 * k.c3 - X3 * k.c5;
@@ -53,7 +53,7 @@ template <class Lanes, class Upper, class Last>
 
 /// One pass over the first count coefficients.
 template <int count, class Lanes>
-[[gnu::always_inline]] inline Eight<Lanes> inverse_pass(const Cosines& k, const Eight<Lanes>& X) {
+[[gnu::always_inline]] inline Lines<Lanes> inverse_pass(const Cosines& k, const Lines<Lanes>& X) {
   const Lanes* x = X.at;
   if constexpr (count == 8)
     return inverse_pass(k, x[0], x[1], x[2], x[3], x[4], x[5], x[6], x[7]);
@@ -118,7 +118,7 @@ struct Pixels {
 };
 
 /// Columns 2 * pair and 2 * pair + 1 of a row of words as doubles, less an offset. With its sign bit flipped a word x is
-/// x + 32768 >= 0, and behind the upper half of 2^52 that makes the double 2^52 + 32768 + x.
+/// x + 32768 >= 0, and below the upper half of 2^52 that makes the double 2^52 + 32768 + x.
 inline constexpr double word_offset = 0x1p52 + 32768;
 template <int pair>
 f64x2 doubles(i16x8 row, f64x2 offset) {
@@ -137,7 +137,7 @@ i16x8 load_row(const int16_t* row) {
 
 /// Pairs of columns, of which only the given rows and columns are read and set.
 template <int rows, int columns>
-[[gnu::always_inline]] inline void load_column_pairs(const int16_t* src, int dc_bias, Eight<f64x2>* pair) {
+[[gnu::always_inline]] inline void load_column_pairs(const int16_t* src, int dc_bias, Lines<f64x2>* pair) {
 #pragma GCC unroll 8
   for (int u = 0; u < rows; ++u) {
     const f64x2 offset = {_mm_set1_pd(word_offset)};
@@ -154,8 +154,8 @@ template <int rows, int columns>
 
 /// Rows y and y + 1 from pairs of columns.
 template <int columns>
-[[gnu::always_inline]] inline Eight<f64x2> row_pair(const Eight<f64x2>* pair, int y) {
-  Eight<f64x2> rows;
+[[gnu::always_inline]] inline Lines<f64x2> row_pair(const Lines<f64x2>* pair, int y) {
+  Lines<f64x2> rows;
 #pragma GCC unroll 4
   for (int k = 0; k < columns / 2; ++k) {
     const __m128i upper = _mm_castpd_si128(pair[k].at[y].v), lower = _mm_castpd_si128(pair[k].at[y + 1].v);
@@ -168,11 +168,11 @@ template <int columns>
 /// The coefficients with u < rows and v < columns, of which alone anything is read, with the others taken as zero.
 template <int rows, int columns, class Output>
 pqx_Status inverse_typed(const int16_t* src, Output output) {
-  Eight<f64x2> pair[columns / 2];
+  Lines<f64x2> pair[columns / 2];
   load_column_pairs<rows, columns>(src, Output::dc_bias, pair);
-  for (Eight<f64x2>& two : pair) two = inverse_pass<rows>(inverse_cosines, two);
+  for (Lines<f64x2>& two : pair) two = inverse_pass<rows>(inverse_cosines, two);
   for (int y = 0; y < 8; y += 2) {
-    const Eight<f64x2> z = inverse_pass<columns>(Output::row_cosines, row_pair<columns>(pair, y));
+    const Lines<f64x2> z = inverse_pass<columns>(Output::row_cosines, row_pair<columns>(pair, y));
     i32x4 result[8];
 #pragma GCC unroll 8
     for (int x = 0; x < 8; ++x) result[x] = Output::truncated(z.at[x]);

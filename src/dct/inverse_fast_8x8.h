@@ -17,7 +17,7 @@
 namespace pqx::dct {
 
 inline constexpr int error_per_ac = 790, error_per_dc = 280;
-/// In units of 2^-16. Close to it one residual block in ten and one pixel block in five is computed twice. Residuals below
+/// In units of 2^-16. Of blocks just below it, one in ten of residuals and one in five of pixels is computed twice. Residuals below
 /// it lie within -2048..2047, where typed ones are rounded downward. Pixels saturate; blocks of 64 pixels never come close:
 /// the sum over their AC is at most 8192.
 template <class Output>
@@ -49,7 +49,7 @@ struct Splitter {
   // With the error added, fractions that are too close wrap to less than twice the error; here to the lowest words.
   i16x8 lowest = all_i16(32767);
 
-  [[gnu::always_inline]] void operator()(const Eight<f32x4>& columns, i16x8* four_rows) {
+  [[gnu::always_inline]] void operator()(const Lines<f32x4>& columns, i16x8* four_rows) {
     Block words;
 #pragma GCC unroll 8
     for (int x = 0; x < 8; ++x) words.row[x] = {_mm_cvtps_epi32(columns.at[x].v)};
@@ -67,12 +67,12 @@ struct Splitter {
 template <int rows, int columns, class Split>
 [[gnu::always_inline]] inline Block inverse_fast(const int16_t* src, Split& split) {
   const i16x8 half_sample = {_mm_setr_epi16(4, 0, 0, 0, 0, 0, 0, 0)};
-  Eight<f32x4> left, right{};
+  Lines<f32x4> left, right{};
 #pragma GCC unroll 8
   for (int u = 0; u < rows; ++u) {
     const i16x8 row = load_row<columns>(src + 8 * u), x = u == 0 ? row + half_sample : row;
-    left.at[u] = to_float(as<i32x4>(interleave_low(all_i16(0), x)));
-    right.at[u] = to_float(as<i32x4>(interleave_high(all_i16(0), x)));
+    left.at[u] = floats(as<i32x4>(interleave_low(all_i16(0), x)));
+    right.at[u] = floats(as<i32x4>(interleave_high(all_i16(0), x)));
   }
   left = inverse_pass<rows>(inverse_cosines, left);
   if constexpr (columns == 8) right = inverse_pass<rows>(inverse_cosines, right);

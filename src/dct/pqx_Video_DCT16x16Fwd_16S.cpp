@@ -3,7 +3,7 @@
 
 namespace {
 
-using pqx::f32x4, pqx::i16x8, pqx::i32x4, pqx::load, pqx::store;
+using pqx::f32x4, pqx::i16x8, pqx::i32x4, pqx::load, pqx::store, pqx::floats;
 
 // cos(k pi / 32) at k = 1, 3, 5, 7 and sin alike; the same for 16ths, eighths and the quarter of pi.
 constexpr float cos1_32 = 0.9951847f, cos3_32 = 0.95694035f, cos5_32 = 0.8819213f, cos7_32 = 0.77301043f;
@@ -73,8 +73,8 @@ pqx::Block quarter_transposed(const int16_t* src) {
 
 // Words n and 15 - n of four rows side by side; their sum and difference are exact in 32 bits.
 void fold(i16x8 pairs, f32x4& sum, f32x4& difference) {
-  sum = {_mm_cvtepi32_ps(pair_products(pairs, {_mm_set1_epi32(0x00010001)}).v)};
-  difference = {_mm_cvtepi32_ps(pair_products(pairs, {_mm_set1_epi32(int(0xFFFF0001u))}).v)};
+  sum = floats(pair_products(pairs, pqx::all_i16(1)));
+  difference = floats(pair_products(pairs, pqx::alternating<i16x8>(1, -1)));
 }
 
 /// Transforms of rows y to y + 7.

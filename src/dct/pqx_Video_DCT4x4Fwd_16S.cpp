@@ -3,7 +3,7 @@
 
 namespace {
 
-using pqx::f32x4, pqx::i16x8, pqx::i32x4;
+using pqx::f32x4, pqx::i16x8, pqx::i32x4, pqx::floats;
 
 struct FourLines {
   f32x4 at[4];
@@ -21,10 +21,8 @@ FourLines transform(const FourFolded& x) {
 }
 
 // Sums and differences of neighbouring words are exact in 32 bits, and in single precision.
-f32x4 sums(i16x8 pairs) { return {_mm_cvtepi32_ps(pair_products(pairs, {_mm_set1_epi32(0x00010001)}).v)}; }
-f32x4 differences(i16x8 pairs) {
-  return {_mm_cvtepi32_ps(pair_products(pairs, {_mm_set1_epi32(int(0xFFFF0001u))}).v)};
-}
+f32x4 sums(i16x8 pairs) { return floats(pair_products(pairs, pqx::all_i16(1))); }
+f32x4 differences(i16x8 pairs) { return floats(pair_products(pairs, pqx::alternating<i16x8>(1, -1))); }
 
 // Each of two rows as x[0], x[3], x[1], x[2].
 __m128 mirrored_pairs(const int16_t* src) {

@@ -19,9 +19,7 @@ struct ColumnPass {
 };
 
 // a * wa + b * wb for words a and b in turn.
-i32x4 weighted(i16x8 a_and_b, int wa, int wb) {
-  return pair_products(a_and_b, {_mm_set1_epi32(int(uint32_t(wb) << 16 | uint16_t(wa)))});
-}
+i32x4 weighted(i16x8 a_and_b, int wa, int wb) { return pair_products(a_and_b, alternating<i16x8>(wa, wb)); }
 
 // x * 181 modulo 2^32, from products of its halves, then by 2^-8.
 i32x4 times_half_root(i32x4 x) {
@@ -61,11 +59,11 @@ struct Sums {
 i32x4 as_pairs(i16x8 a) { return {a.v}; }
 i16x8 as_words(i32x4 a) { return {a.v}; }
 
-/// Four registers of four pairs of words.
-struct Square {
+/// A 4x4 matrix of pairs of words.
+struct PairMatrix {
   i32x4 at[4];
 };
-[[gnu::always_inline]] inline Square transposed(const Square& s) {
+[[gnu::always_inline]] inline PairMatrix transposed(const PairMatrix& s) {
   const i32x4 a = interleave_low(s.at[0], s.at[2]), b = interleave_high(s.at[0], s.at[2]);
   const i32x4 c = interleave_low(s.at[1], s.at[3]), d = interleave_high(s.at[1], s.at[3]);
   return {interleave_low(a, c), interleave_high(a, c), interleave_low(b, d), interleave_high(b, d)};
@@ -73,7 +71,7 @@ struct Square {
 
 /// Words of four rows of results, each the low half of its shifted sum.
 [[gnu::always_inline]] inline void narrowed(const Sums& x, i16x8* row) {
-  Square pairs;
+  PairMatrix pairs;
 #pragma GCC unroll 4
   for (int k = 0; k < 4; ++k)
     pairs.at[k] = (x.at[2 * k] >> 8 & all_i32(0xffff)) | (x.at[2 * k + 1] << 8 & all_i32(-0x10000));
@@ -83,7 +81,7 @@ struct Square {
 }
 
 [[gnu::always_inline]] inline void four_rows(const int16_t* src, i16x8* row) {
-  Square pairs;
+  PairMatrix pairs;
 #pragma GCC unroll 4
   for (int y = 0; y < 4; ++y) {
     const auto left = load_half<i16x8>(src + 8 * y), right = load_half<i16x8>(src + 8 * y + 4);
@@ -94,7 +92,7 @@ struct Square {
                                as_words(pairs.at[3]))),
            row);
 }
-/// The right half of the rows is zero. Nothing is rounded before the rotation, so that inputs can be added sooner.
+/// The right half of the rows is zero. Nothing is rounded before the rotation, so inputs can be added first.
 [[gnu::always_inline]] inline void four_left_rows(const int16_t* src, i16x8* row) {
   i32x4 pairs[4];
 #pragma GCC unroll 4
@@ -161,7 +159,7 @@ bool is_zero(__m128i a) { return _mm_movemask_epi8(_mm_cmpeq_epi8(a, _mm_setzero
 }  // namespace
 }  // namespace pqx::dct
 
-// Blocks of a decoder are mostly zero; what is left out where they are makes no difference.
+// Blocks of a decoder are mostly zero; what is left out there changes no result.
 pqx_Status pqx_Video_DCT8x8Inv_IEEE_16S(const int16_t* pSrc, int16_t* pDst) {
   using namespace pqx::dct;
   const pqx::Block X = pqx::load_block(pSrc);

@@ -27,13 +27,13 @@ pqx_Status inverse_of_quarter_and_last(const int16_t* src, Residuals output) {
                              {_mm_setr_pd(last.y2, last.y3)},
                              {_mm_setr_pd(-last.y3, -last.y2)},
                              {_mm_setr_pd(-last.y1, -last.y0)}};
-  Eight<f64x2> pair[2];
+  Lines<f64x2> pair[2];
   load_column_pairs<4, 4>(src, Residuals::dc_bias, pair);
-  for (Eight<f64x2>& two : pair) two = inverse_pass<4>(inverse_cosines, two);
+  for (Lines<f64x2>& two : pair) two = inverse_pass<4>(inverse_cosines, two);
 #pragma GCC unroll 4
   for (int y = 0; y < 8; y += 2) {
-    const Eight<f64x2> x = row_pair<4>(pair, y);
-    const Eight<f64x2> z =
+    const Lines<f64x2> x = row_pair<4>(pair, y);
+    const Lines<f64x2> z =
         inverse_pass(inverse_cosines, x.at[0], x.at[1], x.at[2], x.at[3], Zero(), Zero(), Zero(), last_rows[y / 2]);
     i32x4 result[8];
 #pragma GCC unroll 8

@@ -12,8 +12,6 @@ constexpr int columns = 8, block = 8 * columns;
 i32x4 truncated(f32x4 x) { return {_mm_cvttps_epi32(x.v)}; }
 i32x4 truncated(f64x2 x) { return {_mm_cvttpd_epi32(x.v)}; }
 
-f32x4 floats(i32x4 x) { return {_mm_cvtepi32_ps(x.v)}; }
-
 /// The two numbers at p. Reading memory, the conversion needs no shuffle; gcc knows it only between registers.
 f64x2 doubles(const int32_t* p) {
   struct Two {
@@ -42,7 +40,7 @@ i32x4 biased_levels(i32x4 coefficients, f32x4 reciprocals) {
 void quantize_row(const float* state, int16_t* row) {
   const auto c = load<i16x8>(row);
   const auto low = load<f32x4>(state), high = load<f32x4>(state + 4);
-  const i32x4 even_c = pair_products(c, i16x8{_mm_set1_epi32(1)}), odd_c = as<i32x4>(c) >> 16;
+  const i32x4 even_c = pair_products(c, alternating<i16x8>(1, 0)), odd_c = as<i32x4>(c) >> 16;
   const i32x4 even = biased_levels(even_c, {_mm_shuffle_ps(low.v, high.v, _MM_SHUFFLE(2, 0, 2, 0))}),
               odd = biased_levels(odd_c, {_mm_shuffle_ps(low.v, high.v, _MM_SHUFFLE(3, 1, 3, 1))});
   store(row, as<u16x8>((even & all_i32(0xffff)) | odd << 16) ^ all_u16(0x8000));

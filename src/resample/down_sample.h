@@ -14,11 +14,6 @@ constexpr int pair_rounding(int64_t output) { return int(output & 1); }
 constexpr int square_rounding(int64_t output) { return 1 + int(output & 1); }
 static_assert((0 + 1 + 0 + 1 + square_rounding(0)) >> 2 == 0 && (0 + 1 + 0 + 1 + square_rounding(1)) >> 2 == 1);
 
-/// Lanes with terms that take turns.
-inline u8x16 by_turns(u8x16, int first, int second) { return {_mm_set1_epi16(short(second << 8 | first))}; }
-inline u16x8 by_turns(u16x8, int first, int second) { return {_mm_set1_epi32(second << 16 | first)}; }
-inline i32x4 by_turns(i32x4, int first, int second) { return {_mm_set_epi32(second, first, second, first)}; }
-
 inline u8x16 narrow(u16x8 a, u16x8 b) { return pack(as<i16x8>(a), as<i16x8>(b)); }
 inline i16x8 narrow(i32x4 a, i32x4 b) { return pack(a, b); }
 
@@ -40,13 +35,13 @@ u8x16 means_of_pairs(const uint8_t* s, int64_t turn) {
   const u8x16 even =
                   narrowed<uint8_t, bytes>([=]<int in>(int i) { return even_bytes(load_bytes<in, u8x16>(s + i)); }),
               odd = narrowed<uint8_t, bytes>([=]<int in>(int i) { return odd_bytes(load_bytes<in, u8x16>(s + i)); });
-  return mean_up(even, odd) - ((even ^ odd) & by_turns(even, 1 - pair_rounding(turn), pair_rounding(turn)));
+  return mean_up(even, odd) - ((even ^ odd) & alternating<u8x16>(1 - pair_rounding(turn), pair_rounding(turn)));
 }
 template <int bytes>
 i16x8 means_of_pairs(const int16_t* s, int64_t turn) {
   return narrowed<int16_t, bytes>([=]<int in>(int i) {
     const i32x4 sums = pair_products(load_bytes<in, i16x8>(s + i), all_i16(1));
-    return (sums + by_turns(sums, pair_rounding(turn), pair_rounding(turn + 1))) >> 1;
+    return (sums + alternating<i32x4>(pair_rounding(turn), pair_rounding(turn + 1))) >> 1;
   });
 }
 
@@ -58,7 +53,7 @@ u8x16 means_of_squares(const uint8_t* a, const uint8_t* b, int64_t turn) {
     const auto upper = load_bytes<in, u8x16>(a + i), lower = load_bytes<in, u8x16>(b + i);
     const u16x8 odd = odd_bytes(upper) + odd_bytes(lower), all = as<u16x8>(upper) + as<u16x8>(lower);
     const u16x8 sums = all + low_product(odd, all_u16(-255));
-    return (sums + by_turns(sums, square_rounding(turn), square_rounding(turn + 1))) >> 2;
+    return (sums + alternating<u16x8>(square_rounding(turn), square_rounding(turn + 1))) >> 2;
   });
 }
 template <int bytes>
@@ -66,7 +61,7 @@ i16x8 means_of_squares(const int16_t* a, const int16_t* b, int64_t turn) {
   return narrowed<int16_t, bytes>([=]<int in>(int i) {
     const i32x4 sums = pair_products(load_bytes<in, i16x8>(a + i), all_i16(1)) +
                        pair_products(load_bytes<in, i16x8>(b + i), all_i16(1));
-    return (sums + by_turns(sums, square_rounding(turn), square_rounding(turn + 1))) >> 2;
+    return (sums + alternating<i32x4>(square_rounding(turn), square_rounding(turn + 1))) >> 2;
   });
 }
 
@@ -105,8 +100,8 @@ struct SquareSource {
   }
 };
 
-/// Writes n outputs, 4 bytes or more. The last piece overlaps the one before; it is made before any output is stored,
-/// for the row may be halved in place.
+/// Writes n outputs, 4 bytes or more. The last piece overlaps the one before; it is computed before any output is stored,
+/// as the row may be halved in place.
 template <class T, int bytes = 16, class Source>
 void store_outputs(Source source, int64_t n, T* dst) {
   constexpr int width = bytes / int(sizeof(T));

@@ -135,13 +135,13 @@ void between_columns(const uint8_t* prev, const uint8_t* cur, const uint8_t* nex
   store_between<bytes>(load_three_columns<bytes>(next) + cur_x3, lower);
 }
 
-/// Words: 32-bit sums of the outputs between every other column and the one behind it.
+/// Words: 32-bit sums of the outputs between every other column and the next one.
 struct Between {
   i32x4 left, right;
 };
 inline Between between_words(i16x8 near, i16x8 far) {
   const auto weigh = [](i16x8 pairs, int first, int second) {
-    return pair_products(pairs, i16x8{_mm_set1_epi32(second << 16 | first)});
+    return pair_products(pairs, alternating<i16x8>(first, second));
   };
   return {(weigh(near, 9, 3) + all_i32(7) + weigh(far, 3, 1)) >> 4,
           (weigh(near, 3, 9) + all_i32(8) + weigh(far, 1, 3)) >> 4};

@@ -51,12 +51,12 @@ inline Double operator*(const Double& a, const Factor& c) { return a * c.twice[0
 namespace {
 
 using namespace pqx::dct;
-using pqx::Block, pqx::Eight, pqx::f32x4, pqx::i16x8;
+using pqx::Block, pqx::Lines, pqx::f32x4, pqx::i16x8;
 
 /// The transform of such coefficients, over any kind of numbers.
 template <int rows, int columns, class T>
 std::array<T, 64> transform(const std::array<T, 64>& X) {
-  Eight<T> column[8], x;
+  Lines<T> column[8], x;
   for (int v = 0; v < columns; ++v) {
     for (int u = 0; u < rows; ++u) x.at[u] = X[size_t(8 * u + v)];
     column[v] = inverse_pass<rows>(inverse_cosines, x);
@@ -135,7 +135,7 @@ TEST(FastInverse, SeesEveryFractionTooClose) {
     for (int sample = -255; sample < 255; ++sample)
       for (int units : {-error - 1, -error, -error + 1, -1, 0, 1, error - 1, error, error + 1}) {
         const int place = sample & 31;
-        Eight<f32x4> columns;
+        Lines<f32x4> columns;
         for (auto& column : columns.at) column = {_mm_set1_ps(32768)};
         columns.at[place % 8].v[place / 8] = float(65536 * sample + units);
         Splitter split{error};
@@ -163,8 +163,8 @@ Values any_coefficients(std::mt19937& random) {
 
 /// Keeps results instead of splitting them.
 struct Record {
-  std::vector<Eight<f32x4>> z;
-  void operator()(const Eight<f32x4>& columns, i16x8*) { z.push_back(columns); }
+  std::vector<Lines<f32x4>> z;
+  void operator()(const Lines<f32x4>& columns, i16x8*) { z.push_back(columns); }
 };
 
 template <int rows, int columns>
