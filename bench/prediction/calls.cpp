@@ -8,15 +8,15 @@ namespace prediction {
 namespace {
 
 // Wide enough for blocks at any place, and not multiples of each other.
-constexpr int pitches[] = {224, 416, 592, 752};
-constexpr int rows = 64, calls_in_list = 256, most_samples = 32 * 32;
+constexpr int pitches[] = {208, 304, 416, 528};
+constexpr int rows = 48, calls_in_list = 256, most_samples = 32 * 32;
 
 /// A picture for each pitch. The sources' vary as pictures do.
 struct Pictures {
-  alignas(64) uint8_t of_224[rows][224], of_416[rows][416], of_592[rows][592], of_752[rows][752];
+  alignas(64) uint8_t of_208[rows][208], of_304[rows][304], of_416[rows][416], of_528[rows][528];
 
   uint8_t* first(int pitch) {
-    return pitch == 0 ? of_224[0] : pitch == 1 ? of_416[0] : pitch == 2 ? of_592[0] : of_752[0];
+    return pitch == 0 ? of_208[0] : pitch == 1 ? of_304[0] : pitch == 2 ? of_416[0] : of_528[0];
   }
 };
 struct Sources {
@@ -34,12 +34,15 @@ struct Sources {
   }
 };
 Sources sources;
+Grid grids[calls_in_list];
 struct Results {
   Pictures planes[3];
   alignas(64) int16_t words[calls_in_list][most_samples + 16];
 } results;
 
 }  // namespace
+
+const ptrdiff_t next_picture = sizeof(Pictures);
 
 const char* name_of(Steps steps) {
   switch (steps) {
@@ -81,11 +84,10 @@ std::vector<Call> random_calls(Random& random, const std::vector<Shape>& shapes,
     const int64_t to = place == Place::anywhere ? row() * c.d_step + column(own)
                                                 : row() / height * height * c.d_step + column(own) / width * width;
     c.d = results.planes[0].first(own) + to;
-    c.d2 = results.planes[1].first(own) + to;
-    c.d3 = results.planes[2].first(own) + to;
     c.words = results.words[i] + (place == Place::anywhere ? 1 + below(7) : 0);
-    c.grid = sources.a.first(own);
-    for (int k = 0; k < 10; ++k) c.places[k] = k % 2 ? below(rows - 15) : below(c.a_step - 15);
+    c.grid = &grids[i];
+    grids[i].reference = sources.a.first(own);
+    for (int k = 0; k < 10; ++k) grids[i].places[k] = k % 2 ? below(rows - 15) : below(c.a_step - 15);
   }
   return calls;
 }

@@ -40,13 +40,15 @@ constexpr auto words_two = [](auto f, const Call& c) { f(c.a, c.a_step, c.a_step
 constexpr auto average = [](auto f, const Call& c) {
   f(c.a, c.a_step, c.b, c.b_step, c.d, c.d_step, c.width, c.height);
 };
-constexpr auto three = [](auto f, const Call& c) { f(c.a, c.a_step, c.width, c.height, c.d, c.d2, c.d3); };
+constexpr auto three = [](auto f, const Call& c) {
+  f(c.a, c.a_step, c.width, c.height, c.d, c.d + next_picture, c.d + 2 * next_picture);
+};
 constexpr auto cost = [](auto f, const Call& c) { *c.words = int16_t(f(c.a, c.b, c.a_step, c.width, c.height)); };
 constexpr auto residual = [](auto f, const Call& c) { f(c.words, c.d, c.d_step); };
 constexpr auto loop = [](auto f, const Call& c) { f(c.a, c.d, c.a_step); };
 constexpr auto overlapped = [](auto f, const Call& c) {
-  const int* at = c.places;
-  f(c.grid, c.a_step, c.d, c.d_step, at[0], at[1], at[2], at[3], at[4], at[5], at[6], at[7], at[8], at[9]);
+  const int* at = c.grid->places;
+  f(c.grid->reference, c.a_step, c.d, c.d_step, at[0], at[1], at[2], at[3], at[4], at[5], at[6], at[7], at[8], at[9]);
 };
 constexpr auto predict = [](auto f, const Call& c) { f(c.d, c.a, c.a_step, c.height); };
 constexpr auto average_packed = [](auto f, const Call& c) { f(c.d, c.a, c.b, c.d_step, c.a_step, c.height); };

@@ -1,7 +1,7 @@
 /// Overlapped motion compensation of H.263 Annex F.
 #pragma once
 
-#include "mc/pieces.h"
+#include "mc/samples.h"
 #include "pqx_video.h"
 
 namespace pqx::mc {
@@ -16,8 +16,8 @@ inline constexpr Weights corner_row = {{4, 5, 5, 5, 5, 5, 5, 4}, {2, 2, 2, 2, 2,
                          inner_row = {{5, 5, 6, 6, 6, 6, 5, 5}, {1, 1, 1, 1, 1, 1, 1, 1}, {2, 2, 1, 1, 1, 1, 2, 2}};
 
 /// Every second sample of 15: the left and the right four.
-inline i16x8 left_samples(const uint8_t* p) { return as_signed(even_bytes(load_piece<8>(p))); }
-inline i16x8 right_samples(const uint8_t* p) { return as_signed(odd_bytes(load_piece<8>(p + 7))); }
+inline i16x8 left_samples(const uint8_t* p) { return as_signed(even_bytes(load_samples<8>(p))); }
+inline i16x8 right_samples(const uint8_t* p) { return as_signed(odd_bytes(load_samples<8>(p + 7))); }
 inline i16x8 joined(i16x8 left, i16x8 right) { return {_mm_unpacklo_epi64(left.v, right.v)}; }
 
 inline i16x8 operator*(i16x8 a, const int16_t (&weights)[8]) {

@@ -1,6 +1,6 @@
 #include "common/export.h"
-#include "mc/overlap.h"
-#include "mc/pieces.h"
+#include "common/overlap.h"
+#include "mc/samples.h"
 
 namespace pqx::mc {
 namespace {
@@ -16,7 +16,7 @@ struct Aligned {
 // That the 16-bit sum saturates does not show: the pixel does so long before.
 template <class Where>
 i16x8 sum(const int16_t* residuals, const uint8_t* samples) {
-  const u8x16 wide = interleave_low(load_piece<8>(samples), u8x16{_mm_setzero_si128()});
+  const u8x16 wide = interleave_low(load_samples<8>(samples), u8x16{_mm_setzero_si128()});
   return {_mm_adds_epi16(wide.v, Where::residuals(residuals))};
 }
 
@@ -50,9 +50,8 @@ template <class Where>
 pqx_Status pqx_Video_AddBlock_16S_8U_I(const int16_t* pSrc, uint8_t* pSrcDst, int step) {
   using namespace pqx::mc;
   // Rows that overlap each other, go upward or may touch the residuals keep the order of samples.
-  const int64_t rows = 8 * int64_t(step);
-  const bool near = uint64_t(pSrcDst - reinterpret_cast<const uint8_t*>(pSrc) + rows) < uint64_t(rows + 128);
-  if (step < 8 || near) return add_in_order(pSrc, pSrcDst, step);
+  if (step < 8 || !pqx::apart(pqx::distance(pSrc, pSrcDst), 128, 8 * int64_t(step)))
+    return add_in_order(pSrc, pSrcDst, step);
   if (uintptr_t(pSrc) % 16 != 0) return add_unaligned(pSrc, pSrcDst, step);
   return add_by_rows<Aligned>(pSrc, pSrcDst, step);
 }

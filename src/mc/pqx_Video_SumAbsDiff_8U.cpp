@@ -1,12 +1,12 @@
 #include "common/export.h"
-#include "mc/pieces.h"
+#include "mc/samples.h"
 
 namespace pqx::mc {
 namespace {
 
 template <int n>
 i32x4 difference(const uint8_t* a, const uint8_t* b) {
-  return {_mm_sad_epu8(load_piece<n>(a).v, load_piece<n>(b).v)};
+  return {_mm_sad_epu8(load_samples<n>(a).v, load_samples<n>(b).v)};
 }
 /// Of sums below 2^16. Unlike a plain addition this one never takes the port that the differences need.
 i32x4 add_saturated(i32x4 a, i32x4 b) { return {_mm_adds_epu16(a.v, b.v)}; }
@@ -42,7 +42,7 @@ template <int size>
     for (; rows > 0; --rows, a += step, b += step) sum = sum + difference<8>(a, b);
   else if (columns > 0)
     for (; rows > 0; --rows, a += step, b += step)
-      in_pieces(columns, [&](auto n, int64_t x) { sum = sum + difference<n>(a + x, b + x); });
+      in_pieces<4>(columns, [&](auto n, int64_t x) { sum = sum + difference<n>(a + x, b + x); });
   return total(sum);
 }
 

@@ -1,7 +1,8 @@
 /// All three half-sample planes of a block that ends where it ends: its last column and row repeat outward.
 #pragma once
 
-#include "mc/prediction.h"
+#include "mc/samples.h"
+#include "pqx_video.h"
 
 namespace pqx::mc {
 
@@ -15,7 +16,7 @@ struct Planes {
 struct Inside {
   template <int n>
   static u8x16 right(const uint8_t* p, u8x16) {
-    return load_piece<n>(p + 1);
+    return load_samples<n>(p + 1);
   }
 };
 
@@ -39,15 +40,15 @@ struct RowOfPairs {
 };
 template <int n, class Neighbours>
 [[gnu::always_inline]] inline RowOfPairs load_row(const uint8_t* p) {
-  const u8x16 a = load_piece<n>(p), b = Neighbours::template right<n>(p, a);
+  const u8x16 a = load_samples<n>(p), b = Neighbours::template right<n>(p, a);
   return {a, Square::row(a, b)};
 }
 
 template <int n>
 [[gnu::always_inline]] inline void store_planes(const RowOfPairs& upper, const RowOfPairs& lower, const Planes& dst) {
-  store_piece<n>(dst.x, upper.pairs.up);
-  store_piece<n>(dst.y, mean_up(upper.samples, lower.samples));
-  store_piece<n>(dst.xy, Square::between(upper.pairs, lower.pairs));
+  store_samples<n>(dst.x, upper.pairs.up);
+  store_samples<n>(dst.y, mean_up(upper.samples, lower.samples));
+  store_samples<n>(dst.xy, Square::between(upper.pairs, lower.pairs));
 }
 
 /// A block of n columns, each row of which is loaded once.
@@ -80,6 +81,9 @@ template <int n>
     if (rows <= 1) return;
   }
 }
+
+inline uint8_t mean_up(uint8_t a, uint8_t b) { return uint8_t((a + b + 1) >> 1); }
+using pqx::mean_up;
 
 /// Rows too short for a piece, one sample after the other.
 inline void interpolate_samples(const uint8_t* src, Planes dst, int64_t step, int columns, int rows) {
