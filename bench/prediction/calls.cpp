@@ -64,7 +64,8 @@ std::vector<Call> random_calls(Random& random, const std::vector<Shape>& shapes,
   std::vector<Call> calls(calls_in_list);
   for (size_t i = 0; i < calls.size(); ++i) {
     Call& c = calls[i];
-    const auto [width, height] = shapes[size_t(below(int(shapes.size())))];
+    const Shape shape = shapes[size_t(below(int(shapes.size())))];
+    const int width = shape.width, height = shape.height;
     c.width = width, c.height = height;
     const int own = steps == Steps::any ? below(4) : turn % 4;
     const int other = steps == Steps::two_pictures ? (own + 1 + below(3)) % 4 : steps == Steps::any ? below(4) : own;
