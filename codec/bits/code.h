@@ -1,6 +1,7 @@
 /// Codes of varying length.
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -38,6 +39,27 @@ constexpr std::array<Coded<Value>, n + m> joined(const std::array<Coded<Value>, 
   std::array<Coded<Value>, n + m> both{};
   for (size_t i = 0; i < n + m; ++i) both[i] = i < n ? a[i] : b[i - n];
   return both;
+}
+
+/// Codes that stand for their places in a list with spaces between them. None may begin with another one.
+template <size_t count>
+consteval std::array<Coded<uint8_t>, count> codes_in_order(std::string_view list) {
+  std::array<Coded<uint8_t>, count> codes{};
+  for (uint8_t place = 0; place < count; ++place) {
+    const size_t length = std::min(list.find(' '), list.size());
+    Code code{0, int(length)};
+    for (const char digit : list.substr(0, length)) code.bits = code.bits << 1 | uint32_t(digit - '0');
+    codes[place] = {code, place};
+    list.remove_prefix(std::min(length + 1, list.size()));
+    for (uint8_t k = 0; k < place; ++k) {
+      const Code before = codes[k].code;
+      const int shorter = std::min(code.length, before.length);
+      if (code.bits >> (code.length - shorter) == before.bits >> (before.length - shorter))
+        throw "one code begins with another";
+    }
+  }
+  if (!list.empty()) throw "more codes than told";
+  return codes;
 }
 
 /// Looks values up by the next bits. No code may be longer than `longest`, nor begin with another one: made at compile

@@ -1,9 +1,8 @@
-#include "h263/deblocking.h"
-
 #include <algorithm>
 #include <cstdlib>
 
 #include "h263/format.h"
+#include "h263/prediction.h"
 
 namespace pqx_codec::h263 {
 namespace {
@@ -27,7 +26,7 @@ void filter(uint8_t* c, int across, int along, int strength) {
 
 }  // namespace
 
-void deblock(Plane& plane, const std::vector<uint8_t>& quants, int size_of_macroblock) {
+void deblock(BorderedPlane& plane, const std::vector<uint8_t>& quants, int size_of_macroblock) {
   const int columns = plane.columns() / size_of_macroblock;
   const auto quant = [&](int x, int y) {
     return quants[size_t(y / size_of_macroblock * columns + x / size_of_macroblock)];

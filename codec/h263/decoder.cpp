@@ -1,9 +1,10 @@
 #include "h263/decoder.h"
 
 #include <algorithm>
+#include <optional>
 #include <utility>
 
-#include "h263/deblocking.h"
+#include "bits/code.h"
 #include "h263/format.h"
 #include "pqx_video.h"
 
@@ -15,16 +16,30 @@ constexpr int macroblocks_of_4cif = 44 * 36;
 /// Of the largest picture, three times over, in half samples.
 constexpr int max_vector = 1 << 13;
 
-constexpr CodeList<9, 9> intra_type_table(intra_type_codes);
-constexpr CodeList<25, 13> predicted_type_table(predicted_type_codes);
-constexpr CodeList<16, 6> pattern_table(pattern_codes);
-constexpr CodeList<33, 12> vector_table(vector_codes);
+constexpr size_t start_code_bytes = 3;
+/// More than the largest picture takes as samples, four times over.
+constexpr size_t most_bytes = size_t{1} << 24;
+
+constexpr CodeTable<uint8_t, 9> intra_type_table(codes_in_order<9>(intra_type_codes));
+constexpr CodeTable<uint8_t, 13> predicted_type_table(codes_in_order<25>(predicted_type_codes));
+constexpr CodeTable<uint8_t, 6> pattern_table(codes_in_order<16>(pattern_codes));
+constexpr CodeTable<uint8_t, 12> vector_table(codes_in_order<33>(vector_codes));
+
+/// Of a picture, at whole bytes. Its last byte is the rarest.
+bool is_start_code(const uint8_t* bytes) { return bytes[2] >> 2 == 0b100000 && bytes[0] == 0 && bytes[1] == 0; }
 
 int median(int a, int b, int c) { return std::max(std::min(a, b), std::min(std::max(a, b), c)); }
 Vector median(Vector a, Vector b, Vector c) { return {median(a.x, b.x, c.x), median(a.y, b.y, c.y)}; }
 
+template <int longest>
+int read(BitReader& bits, const CodeTable<uint8_t, longest>& codes, const char* what) {
+  const std::optional<uint8_t> place = codes.read(bits);
+  if (!place) damaged(std::string("impossible ") + what);
+  return *place;
+}
+
 int read_difference(BitReader& bits) {
-  const int size = vector_table.read(bits, "vector");
+  const int size = read(bits, vector_table, "vector");
   return size && bits.read(1) ? -size : size;
 }
 
@@ -57,6 +72,35 @@ int chroma_component(int sum) {
 
 }  // namespace
 
+bool is_stream(std::span<const uint8_t> bytes) {
+  return bytes.size() >= start_code_bytes && is_start_code(bytes.data());
+}
+
+void Decoder::push(std::span<const uint8_t> bytes) {
+  bytes_.erase(bytes_.begin(), bytes_.begin() + ptrdiff_t(next_picture_));
+  searched_ = std::max(searched_, next_picture_) - next_picture_;
+  next_picture_ = 0;
+  bytes_.insert(bytes_.end(), bytes.begin(), bytes.end());
+}
+
+/// The next picture, from its start code on, once it is complete; nothing if it is not, or if there are no more.
+std::span<const uint8_t> Decoder::take_picture() {
+  const std::span<const uint8_t> bytes(bytes_);
+  if (bytes.size() < next_picture_ + start_code_bytes && !finished_) return {};
+  if (!started_ && !is_stream(bytes)) throw Failure("not an H.263 stream");
+  size_t end = std::max(searched_, next_picture_ + start_code_bytes);
+  while (end + start_code_bytes <= bytes.size() && !is_start_code(&bytes[end])) ++end;
+  if (end + start_code_bytes > bytes.size()) {
+    searched_ = end;
+    end = bytes.size();
+    if (end - next_picture_ > most_bytes) damaged("a picture without end");
+    if (!finished_) return {};
+  }
+  const auto picture = bytes.subspan(next_picture_, end - next_picture_);
+  next_picture_ = end;
+  return picture;
+}
+
 /// Reports damage that can be gone on from, if it is to be concealed.
 void Decoder::conceal(const Failure& failure) const {
   if (!report_ || !started_) throw failure;
@@ -66,7 +110,7 @@ void Decoder::conceal(const Failure& failure) const {
 
 bool Decoder::next() {
   for (;;) {
-    const auto bytes = stream_.next();
+    const auto bytes = take_picture();
     if (bytes.empty()) return false;
     try {
       decode_picture(bytes);
@@ -97,14 +141,11 @@ void Decoder::begin_picture() {
   if (!std::exchange(started_, true)) {
     picture_ = YuvPicture(header_.width, header_.height);
     for (Frame* frame : {&frame_, &before_})
-      for (int k = 0; k < 3; ++k) {
-        Plane& plane = (*frame)[size_t(k)] = Plane(columns * (k ? 8 : 16), rows * (k ? 8 : 16));
-        plane.fill(128);
-      }
+      for (const int size : {16, 8, 8}) frame->emplace_back(columns * size, rows * size);
   }
   std::swap(frame_, before_);
   if (header_.predicted) {
-    for (Plane& plane : before_) plane.extend();
+    for (BorderedPlane& plane : before_) plane.extend();
     if (header_.overlapped) grid_.make(before_[0], header_.rounding);
   }
   if (header_.advanced_intra && intra_prediction_.empty())
@@ -189,7 +230,7 @@ void Decoder::decode_macroblock(BitReader& bits) {
   m.kind = intra ? Macroblock::Kind::intra : Macroblock::Kind::inter;
   auto scan = Scan::zigzag;
   if (intra && header_.advanced_intra && bits.read(1)) scan = bits.read(1) ? Scan::vertical : Scan::horizontal;
-  const int luma_pattern = pattern_table.read(bits, "block pattern") ^ (intra ? 0 : 15);
+  const int luma_pattern = read(bits, pattern_table, "block pattern") ^ (intra ? 0 : 15);
   if (is(Type::inter_with_quant, Type::intra_with_quant) || type == int(Type::four_vectors_with_quant))
     read_quant(bits);
   m.quant = quant_;
@@ -208,8 +249,8 @@ bool Decoder::read_type(BitReader& bits, int& type, int& chroma_pattern) const {
   do {
     if (bits.overrun()) damaged("it ends in a picture");
     if (predicted && bits.read(1)) return false;
-    place = predicted ? predicted_type_table.read(bits, "macroblock type")
-                      : intra_type_table.read(bits, "macroblock type");
+    place = predicted ? read(bits, predicted_type_table, "macroblock type")
+                      : read(bits, intra_type_table, "macroblock type");
   } while (place == stuffing);
   type = place / 4 + (predicted ? 0 : int(Type::intra));
   chroma_pattern = place % 4;
@@ -309,7 +350,7 @@ void Decoder::reconstruct(int address) {
     const int bit = 32 >> k;
     if (!(residual.pattern & bit)) continue;
     residual.pattern -= bit;
-    Plane& plane = frame_[size_t(std::max(0, k - 3))];
+    BorderedPlane& plane = frame_[size_t(std::max(0, k - 3))];
     uint8_t* const samples = k < 4 ? plane.at(16 * x + k % 2 * 8, 16 * y + k / 2 * 8) : plane.at(8 * x, 8 * y);
     LevelBlock& block = residual.blocks[size_t(k)];
     if (intra) {

@@ -8,17 +8,15 @@
 
 #include "h263/block.h"
 #include "h263/header.h"
-#include "h263/picture_bytes.h"
 #include "h263/prediction.h"
 #include "picture/yuv_picture.h"
 
 namespace pqx_codec::h263 {
 
 /// Whether a file that begins with these bytes is an H.263 stream whose first picture starts there.
-inline bool is_stream(std::span<const uint8_t> bytes) {
-  return bytes.size() >= 3 && bytes[0] == 0 && bytes[1] == 0 && bytes[2] >> 2 == 0x80 >> 2;
-}
+bool is_stream(std::span<const uint8_t> bytes);
 
+/// Decodes a stream that is handed over piece by piece. Holds the bytes of one picture and the pieces that it came in.
 class Decoder {
  public:
   using Report = std::function<void(const std::string& damage)>;
@@ -27,14 +25,16 @@ class Decoder {
   explicit Decoder(Report report = {}) : report_(std::move(report)) {}
 
   /// Takes the next bytes of the stream.
-  void push(std::span<const uint8_t> bytes) { stream_.push(bytes); }
+  void push(std::span<const uint8_t> bytes);
   /// Tells that there are no more.
-  void finish() { stream_.finish(); }
+  void finish() { finished_ = true; }
   /// Decodes the next picture; false if it is not complete, or behind the last one.
   bool next();
 
   const YuvPicture& picture() const { return picture_; }
+  /// Of the pictures: their rate, and the width of a sample to its height.
   FrameRate rate() const { return header_.rate; }
+  FrameRate aspect() const { return header_.aspect; }
 
  private:
   struct Macroblock {
@@ -48,6 +48,7 @@ class Decoder {
     std::array<LevelBlock, 6> blocks;
   };
 
+  std::span<const uint8_t> take_picture();
   void conceal(const Failure& failure) const;
   void decode_picture(std::span<const uint8_t> bytes);
   void begin_picture();
@@ -72,7 +73,9 @@ class Decoder {
   const Macroblock* macroblock(int x, int y) const;
   bool in_segment(const Macroblock* m) const { return m && m->segment == segment_; }
 
-  PictureBytes stream_;
+  std::vector<uint8_t> bytes_;              // from the last push on
+  size_t next_picture_ = 0, searched_ = 0;  // as far as start codes have been looked for
+  bool finished_ = false;
   Report report_;  // none: damage is not concealed
   HeaderReader header_reader_;
   PictureHeader header_;

@@ -5,53 +5,15 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <optional>
-#include <span>
 #include <string>
 #include <string_view>
 
-#include "bits/bit_reader.h"
-#include "bits/code.h"
 #include "bits/zig_zag.h"
 #include "core/failure.h"
 
 namespace pqx_codec::h263 {
 
 [[noreturn]] inline void damaged(const std::string& what) { throw Failure("damaged H.263 stream: " + what); }
-
-/// Codes that stand for their places in a list with spaces between them.
-template <size_t count, int longest>
-class CodeList {
- public:
-  consteval explicit CodeList(std::string_view list) : table_(codes(list)) {}
-
-  int read(BitReader& bits, const char* what) const {
-    const std::optional<uint8_t> place = table_.read(bits);
-    if (!place) damaged(std::string("impossible ") + what);
-    return *place;
-  }
-
- private:
-  static consteval std::array<Coded<uint8_t>, count> codes(std::string_view list) {
-    std::array<Coded<uint8_t>, count> found{};
-    for (uint8_t place = 0; place < count; ++place) {
-      const size_t length = std::min(list.find(' '), list.size());
-      Code code{0, int(length)};
-      for (const char digit : list.substr(0, length)) code.bits = code.bits << 1 | uint32_t(digit - '0');
-      found[place] = {code, place};
-      list.remove_prefix(std::min(length + 1, list.size()));
-      for (const Coded<uint8_t>& before : std::span(found).first(place)) {
-        const int shorter = std::min(code.length, before.code.length);
-        if (code.bits >> (code.length - shorter) == before.code.bits >> (before.code.length - shorter))
-          throw "one code begins with another";
-      }
-    }
-    if (!list.empty()) throw "more codes than told";
-    return found;
-  }
-
-  CodeTable<uint8_t, longest> table_;
-};
 
 /// Type and chroma pattern: four places for each of the types, then stuffing. Intra pictures have the types from
 /// `intra` on.

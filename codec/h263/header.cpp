@@ -86,13 +86,15 @@ PictureHeader HeaderReader::read_plus(BitReader& bits) {
 
   refuse(bits.read(1), "Annex C, continuous presence");
   if (custom_size) {
+    constexpr FrameRate shapes[] = {{12, 11}, {1, 1}, {12, 11}, {10, 11}, {16, 11}, {40, 33}};
+    constexpr uint32_t extended_shape = 15;
     const uint32_t shape = bits.read(4);
     header.width = int(bits.read(9) + 1) * 4;
     expect(bits.read(1), "impossible picture size");
     header.height = int(bits.read(9)) * 4;
     expect(header.height > 0, "impossible picture size");
-    constexpr uint32_t extended_shape = 15;
-    if (shape == extended_shape) bits.read(16);
+    if (shape < std::size(shapes)) header.aspect = shapes[shape];
+    if (shape == extended_shape) header.aspect = {int(bits.read(8)), int(bits.read(8))};
   }
   if (has_modes && header.own_clock) {
     const int factor = bits.read(1) ? 1001 : 1000;

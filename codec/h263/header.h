@@ -8,7 +8,7 @@ namespace pqx_codec::h263 {
 /// What may hold on from one picture header to the next.
 struct Modes {
   int width = 0, height = 0;
-  FrameRate rate{};
+  FrameRate rate{}, aspect{12, 11};  // of a sample, width to height
   bool own_clock = false;
   bool extended_vectors = false, reversible_vectors = false;  // Annex D without PLUSPTYPE and with it
   bool overlapped = false;                                    // Annex F

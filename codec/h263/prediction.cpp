@@ -1,26 +1,11 @@
 #include "h263/prediction.h"
 
 #include <algorithm>
-#include <cstring>
 
 #include "pqx_video.h"
 
 namespace pqx_codec::h263 {
 namespace {
-
-/// Repeats the first and last samples of each row and then the first and last row, `border` times each.
-void extend(uint8_t* origin, int step, int columns, int rows, int border) {
-  for (int y = 0; y < rows; ++y) {
-    uint8_t* const row = origin + y * step;
-    std::memset(row - border, row[0], size_t(border));
-    std::memset(row + columns, row[columns - 1], size_t(border));
-  }
-  const auto whole = size_t(columns + 2 * border);
-  for (int y = 1; y <= border; ++y) {
-    std::memcpy(origin - y * step - border, origin - border, whole);
-    std::memcpy(origin + (rows - 1 + y) * step - border, origin + (rows - 1) * step - border, whole);
-  }
-}
 
 /// (a + b + c + d + 1) >> 2, which no operation of the library computes.
 void interpolate_both_down(const uint8_t* src, uint8_t* dst, int step, int size) {
@@ -31,9 +16,7 @@ void interpolate_both_down(const uint8_t* src, uint8_t* dst, int step, int size)
 
 }  // namespace
 
-void Plane::extend() { h263::extend(at(0, 0), step_, columns_, rows_, border); }
-
-void predict(const Plane& from, Plane& to, int x, int y, int size, Vector vector, int rounding) {
+void predict(const BorderedPlane& from, BorderedPlane& to, int x, int y, int size, Vector vector, int rounding) {
   // Beyond the outer sample all are alike, and so are all positions between them.
   const int column = std::clamp(x + (vector.x >> 1), -size - 1, from.columns());
   const int row = std::clamp(y + (vector.y >> 1), -size - 1, from.rows());
@@ -53,7 +36,7 @@ void predict(const Plane& from, Plane& to, int x, int y, int size, Vector vector
     pqx_Video_InterpY_8U(src, dst, step, step, size, size);
 }
 
-void HalfSampleGrid::make(const Plane& from, int rounding) {
+void HalfSampleGrid::make(const BorderedPlane& from, int rounding) {
   columns_ = from.columns(), rows_ = from.rows();
   step_ = 2 * columns_ + 2 * border;
   samples_.resize(size_t(step_) * size_t(2 * rows_ + 2 * border));
@@ -64,7 +47,7 @@ void HalfSampleGrid::make(const Plane& from, int rounding) {
   const uint8_t* src = from.at(0, 0);
   // Means of complements that are rounded up are complements of means that are rounded down.
   if (rounding) {
-    std::transform(src, src + size - 2 * Plane::border, whole, [](uint8_t s) { return uint8_t(~s); });
+    std::transform(src, src + size - 2 * BorderedPlane::border, whole, [](uint8_t s) { return uint8_t(~s); });
     src = whole;
   }
   pqx_Video_InterpX_Y_XY_8U(src, step, columns_, rows_, x, y, xy);
@@ -75,10 +58,10 @@ void HalfSampleGrid::make(const Plane& from, int rounding) {
     pqx_Video_ColorMerge2_8U(src + row * step, x + row * step, columns_, grid);
     pqx_Video_ColorMerge2_8U(y + row * step, xy + row * step, columns_, grid + step_);
   }
-  extend(origin, step_, 2 * columns_, 2 * rows_, border);
+  repeat_edges(origin, step_, 2 * columns_, 2 * rows_, border);
 }
 
-void HalfSampleGrid::predict(Plane& to, int x, int y, const Vectors& v) const {
+void HalfSampleGrid::predict(BorderedPlane& to, int x, int y, const Vectors& v) const {
   const auto column = [&](Vector vector) { return std::clamp(2 * x + vector.x, -border, 2 * columns_); };
   const auto row = [&](Vector vector) { return std::clamp(2 * y + vector.y, -border, 2 * rows_); };
   pqx_Video_H263OverlappedMC_8U(samples_.data() + border * step_ + border, step_, to.at(x, y), to.step(),

@@ -86,6 +86,7 @@ class H263Clip {
   }
   const YuvPicture& picture() const { return decoder_.picture(); }
   FrameRate rate() const { return decoder_.rate(); }
+  FrameRate aspect() const { return decoder_.aspect(); }
 
  private:
   std::span<const uint8_t> rest_;
@@ -99,6 +100,7 @@ struct H261Clip : h261::Decoder {
 
   using h261::Decoder::Decoder;
   FrameRate rate() const { return {}; }
+  FrameRate aspect() const { return {12, 11}; }
 };
 
 template <class Clip>
@@ -121,7 +123,11 @@ void decode_stream(const Arguments& a) {
   if (!more) throw Failure(a.in + ": damaged " + Clip::kind + " stream: no picture in it");
   naming(a.out.path, [&] {
     OutputFile file(a.out.path);
-    Y4mWriter writer(file, clip.picture().width(), clip.picture().height(), clip.rate(), studio_range);
+    Y4mWriter writer(file, {.width = clip.picture().width(),
+                            .height = clip.picture().height(),
+                            .rate = clip.rate(),
+                            .aspect = clip.aspect(),
+                            .more = studio_range});
     for (; more; more = next()) {
       writer.write(clip.picture());
       progress.picture();
