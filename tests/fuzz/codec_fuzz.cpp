@@ -7,6 +7,7 @@
 #include "h263/decoder.h"
 #include "jpeg/decoder.h"
 #include "jpeg/encoder.h"
+#include "mpeg/decoder.h"
 #include "picture/png.h"
 #include "picture/pnm.h"
 #include "picture/y4m.h"
@@ -29,6 +30,19 @@ using Bytes = std::span<const uint8_t>;
 [[maybe_unused]] void fuzz_h263(Bytes bytes) {
   for (const bool conceal : {true, false}) {
     h263::Decoder decoder(conceal ? [](const std::string&) {} : h263::Decoder::Report());
+    const auto half = bytes.first(bytes.size() / 2);
+    decoder.push(half);
+    while (decoder.next()) continue;
+    decoder.push(bytes.subspan(half.size()));
+    decoder.finish();
+    while (decoder.next()) continue;
+  }
+}
+[[maybe_unused]] void fuzz_mpeg(Bytes bytes) {
+  for (const bool conceal : {true, false}) {
+    mpeg::DecoderOptions options{.max_pixels = 1 << 16};
+    if (conceal) options.conceal = [](const std::string&) {};
+    mpeg::Decoder decoder(options);
     const auto half = bytes.first(bytes.size() / 2);
     decoder.push(half);
     while (decoder.next()) continue;

@@ -1,19 +1,19 @@
 #!/usr/bin/env bash
 # Builds the fuzz targets and runs each for so many seconds, as many at once as there are processors.
-#   run.sh SECONDS [TARGET...]      (operations, tool, jpeg, h261, h263, y4m, pnm, png, jpeg_encoder, h261_encoder; all if none
-#                               is named)
+#   run.sh SECONDS [TARGET...]      (operations, tool, jpeg, h261, h263, mpeg, y4m, pnm, png, jpeg_encoder, h261_encoder; all if
+#                               none is named)
 # What they learn stays in build-fuzz/corpus, how long they ran in build-fuzz/fuzzed; what they find is left in build-fuzz.
 set -euo pipefail
 cd "$(dirname "$0")/../.."
 seconds=$1 targets=("${@:2}")
-((${#targets[@]})) || targets=(operations tool jpeg h261 h263 y4m pnm png jpeg_encoder h261_encoder)
+((${#targets[@]})) || targets=(operations tool jpeg h261 h263 mpeg y4m pnm png jpeg_encoder h261_encoder)
 
 cmake --preset fuzz -G Ninja >/dev/null
-cmake --build build-fuzz --target pqxvideo "${targets[@]/%/_fuzz}"
+cmake --build build-fuzz --target pqxvideo mpeg_seeds "${targets[@]/%/_fuzz}"
 
 # Small files of every kind to begin with, made by the tool.
 cd build-fuzz
-mkdir -p corpus/{operations,tool,jpeg,h261,h263,y4m,pnm,png,jpeg_encoder,h261_encoder}
+mkdir -p corpus/{operations,tool,jpeg,h261,h263,mpeg,y4m,pnm,png,jpeg_encoder,h261_encoder}
 {
   printf 'P6 176 144 255\n'
   LC_ALL=C awk 'BEGIN { for (i = 0; i < 3 * 176 * 144; ++i) printf "%c", 32 + int(i / 528) * (i % 7) % 90 }'
@@ -37,6 +37,7 @@ done
 # An intra picture, and one with PLUSPTYPE, Annexes D, F, I, J and T and 16 x 16 samples.
 printf '\x00\x00\x80\x02\x04\x1f%0200d' 1 >corpus/h263/plain
 printf '\x00\x00\x80\x02\x1c\xe5\xc3\x00\x10\x80\xe0\x49\x00%0100d' 1 >corpus/h263/plus
+./tests/fuzz/mpeg_seeds corpus/mpeg
 for ((k = 0; k < 160; ++k)); do
   printf "\\x$(printf %02x $k)\\0%64d" $((k * 77777)) >"corpus/operations/$k"
 done

@@ -41,30 +41,6 @@ std::vector<Bytes> make_pictures() {
   return seeds;
 }
 
-void damage(Bytes& bytes, std::mt19937& random) {
-  const auto below = [&](size_t n) { return n ? size_t(random() % n) : 0; };
-  // Headers are short: every third place is chosen among the first bytes.
-  const auto place = [&] { return below(random() % 3 ? bytes.size() : std::min<size_t>(bytes.size(), 200)); };
-  for (size_t times = 1 + below(4); times > 0 && !bytes.empty(); --times) {
-    const size_t at = place(), length = below(std::min<size_t>(bytes.size() - at, 30));
-    const auto first = bytes.begin() + ptrdiff_t(at), last = first + ptrdiff_t(length);
-    const Bytes part(first, last);
-    const size_t kind = below(16);
-    if (kind == 0)
-      bytes.erase(first, last);
-    else if (kind == 1)
-      bytes.insert(bytes.begin() + ptrdiff_t(place()), part.begin(), part.end());
-    else if (kind == 2)
-      bytes.resize(at);
-    else if (kind == 3)
-      *first = random() % 2 ? 0xFF : 0;
-    else if (kind == 4)
-      *first = uint8_t(random());
-    else
-      *first ^= uint8_t(1 << below(8));
-  }
-}
-
 }  // namespace
 
 TEST(Damage, NeverDoesMoreThanFail) {

@@ -103,6 +103,30 @@ void write_files(const Workplace& place, const std::vector<std::pair<std::string
   for (const auto& [name, bytes] : files) write_bytes(place / name, bytes);
 }
 
+void damage(Bytes& bytes, std::mt19937& random) {
+  const auto below = [&](size_t n) { return n ? size_t(random() % n) : 0; };
+  // Headers are short: every third place is chosen among the first bytes.
+  const auto place = [&] { return below(random() % 3 ? bytes.size() : std::min<size_t>(bytes.size(), 200)); };
+  for (size_t times = 1 + below(4); times > 0 && !bytes.empty(); --times) {
+    const size_t at = place(), length = below(std::min<size_t>(bytes.size() - at, 30));
+    const auto first = bytes.begin() + ptrdiff_t(at), last = first + ptrdiff_t(length);
+    const Bytes part(first, last);
+    const size_t kind = below(16);
+    if (kind == 0)
+      bytes.erase(first, last);
+    else if (kind == 1)
+      bytes.insert(bytes.begin() + ptrdiff_t(place()), part.begin(), part.end());
+    else if (kind == 2)
+      bytes.resize(at);
+    else if (kind == 3)
+      *first = random() % 2 ? 0xFF : 0;
+    else if (kind == 4)
+      *first = uint8_t(random());
+    else
+      *first ^= uint8_t(1 << below(8));
+  }
+}
+
 Outcome run(const Workplace& place, std::string command) {
   for (size_t open; (open = command.find('{')) != std::string::npos;) {
     const size_t close = command.find('}', open);

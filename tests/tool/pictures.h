@@ -53,6 +53,9 @@ Bytes read_bytes(const std::string& path);
 void write_bytes(const std::string& path, const Bytes& bytes);
 void write_files(const Workplace& place, const std::vector<std::pair<std::string, Bytes>>& files);
 
+/// Changes, loses or repeats some of the bytes.
+void damage(Bytes& bytes, std::mt19937& random);
+
 struct Outcome {
   int status;
   std::string out, errors;
