@@ -1,7 +1,6 @@
 #include "mpeg/block.h"
 
 #include <algorithm>
-#include <cstdlib>
 
 #include "mpeg/codes.h"
 #include "pqx_video.h"
@@ -12,51 +11,49 @@ namespace {
 constexpr int most = 2047, least = -2048;
 
 /// MPEG-2 has levels of twelve bits behind an escape, MPEG-1 of eight, or of sixteen that begin with 0 or 0x80.
-int read_escaped_level(BitReader& bits, bool mpeg2) {
-  int level;
-  if (mpeg2) {
-    level = int(bits.read(12)) << 20 >> 20;
-    if (level == least) level = 0;
-  } else {
-    level = int8_t(bits.read(8));
-    if (level == 0 || level == -128) level = 2 * level + int(bits.read(8));
-  }
+template <bool mpeg2>
+[[gnu::always_inline]] inline int escaped_level(BitReader& bits) {
+  const auto take = [&](int n) {
+    const auto value = int(bits.ready(n));
+    bits.skip(n);
+    return value;
+  };
+  int level = mpeg2 ? take(12) << 20 >> 20 : int8_t(take(8));
+  if (mpeg2 && level == least) level = 0;
+  if (!mpeg2 && (level == 0 || level == -128)) level = 2 * level + take(8);
   if (level == 0) damaged("impossible level");
   return level;
 }
 
 /// With MPEG-1, all are odd; made so before they are limited.
 template <bool mpeg2, bool intra>
-int dequantized(int level, int step_x_scale) {
-  const int doubled = 2 * std::abs(level) + !intra;
-  // At most (2 * 2047 + 1) * 255 * 112.
-  int magnitude = doubled * step_x_scale >> 5;
-  if (!mpeg2 && magnitude % 2 == 0 && magnitude > 0) --magnitude;
-  return level < 0 ? -std::min(magnitude, -least) : std::min(magnitude, most);
+[[gnu::always_inline]] inline int dequantized(int level, int step_x_scale) {
+  const int sign = level < 0 ? -1 : 1;
+  // At most (2 * 2047 + 1) * 255 * 112, and rounded toward zero.
+  int value = (2 * level + (intra ? 0 : sign)) * step_x_scale / 32;
+  if (!mpeg2 && value % 2 == 0 && value != 0) value -= sign;
+  return std::clamp(value, least, most);
 }
 
 template <bool mpeg2, bool intra>
 void read_block(BitReader& reader, const BlockCoding& coding, int intra_dc, Block& block) {
   BitReader bits = reader;  // in registers
   const CoefficientTable& table = intra && coding.intra_codes ? intra_coefficients : coefficients;
+  const uint8_t *const scan = coding.scan, *const steps = coding.steps;
+  const int scale = coding.scale;
+  int16_t* const values = block.coefficients.data();
   unsigned positions = 0;
   int sum = intra_dc;  // only its parity counts
-  size_t k = 0;
-  const auto put = [&](int level) {
-    if (k > 63) damaged("a block of more than 64 coefficients");
-    const unsigned position = coding.scan[k];
-    const int value = dequantized<mpeg2, intra>(level, coding.steps[position] * coding.scale);
-    block.coefficients[position] = int16_t(value);
-    positions |= position;
-    sum += value;
-  };
+  unsigned k = intra;
+  bits.refill();
   if (intra) {
-    block.coefficients[0] = int16_t(intra_dc);
-    k = 1;
-  } else if (bits.peek(1)) {
+    values[0] = int16_t(intra_dc);
+  } else if (bits.ready(1)) {
     // A block does not end before its first coefficient: that code's first bit stands for the commonest one.
-    put(bits.peek(2) & 1 ? -1 : 1);
+    const int value = dequantized<mpeg2, intra>(bits.ready(2) & 1 ? -1 : 1, steps[0] * scale);
     bits.skip(2);
+    values[0] = int16_t(value);
+    sum = value;
     k = 1;
   }
   for (;; ++k) {
@@ -64,20 +61,27 @@ void read_block(BitReader& reader, const BlockCoding& coding, int intra_dc, Bloc
     const Coefficient c = table.find(bits.ready());
     bits.skip(c.bits);
     k += c.run;
-    if (c.level != 0) {
-      put(c.level);
-      continue;
+    int level = c.level;
+    if (level == 0) {
+      if (c.bits == 0) damaged("impossible coefficient");
+      if (c.run == CoefficientTable::end_of_block) break;
+      // At most 28 bits in all, of the 32 that are ready.
+      k += bits.ready(6);
+      bits.skip(6);
+      level = escaped_level<mpeg2>(bits);
     }
-    if (c.bits == 0) damaged("impossible coefficient");
-    if (c.run == CoefficientTable::end_of_block) break;
-    k += bits.read(6);
-    put(read_escaped_level(bits, mpeg2));
+    if (k > 63) damaged("a block of more than 64 coefficients");
+    const unsigned position = scan[k];
+    const int value = dequantized<mpeg2, intra>(level, steps[position] * scale);
+    values[position] = int16_t(value);
+    positions |= position;
+    sum ^= value;
   }
   if (bits.overrun()) damaged("a slice ends within a block");
   reader = bits;
   block.positions = positions;
   if (mpeg2 && sum % 2 == 0) {
-    block.coefficients[63] ^= 1;
+    values[63] ^= 1;
     block.last_was_changed = true;
   }
 }

@@ -30,17 +30,17 @@ constexpr int most_rows_of_short_numbers = 2800;
 /// The field's rows once more for the other field.
 void repeat_field(Frame& frame, Structure field) {
   const int from = field == Structure::bottom;
-  for (const Plane& plane : frame.planes)
-    for (int y = 0; y < plane.rows(); y += 2)
-      std::copy_n(plane.row(y + from), plane.columns(), plane.row(y + 1 - from));
+  for (const Frame::Plane& plane : frame.planes)
+    for (int y = 0; y < plane.rows; y += 2) std::copy_n(plane.row(y + from), plane.columns, plane.row(y + 1 - from));
 }
 
 void paint_grey(Frame& frame, Rows rows, const Area& area) {
   const int step = rows == Rows::all ? 1 : 2, first = rows == Rows::bottom;
-  for (const Plane& plane : frame.planes) {
-    const int across = frame.planes[0].columns() / plane.columns(), down = frame.planes[0].rows() / plane.rows();
-    for (int y = 0; y < area.rows / down; ++y)
-      std::fill_n(plane.row((area.y / down + y) * step + first) + area.x / across, 16 / across, uint8_t{128});
+  for (const Frame::Plane& plane : frame.planes) {
+    const bool chroma = &plane != frame.planes.data();
+    const int across = chroma, down = chroma && frame.halved_rows;
+    for (int y = area.y >> down; y < (area.y + area.rows) >> down; ++y)
+      std::fill_n(plane.row(y * step + first) + (area.x >> across), 16 >> across, uint8_t{128});
   }
 }
 

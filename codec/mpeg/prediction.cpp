@@ -31,24 +31,23 @@ void average_block(const uint8_t* from, uint8_t* to, int step, int columns, int 
 }  // namespace
 
 bool predict(const Frame& from, Rows from_rows, Frame& to, Rows to_rows, const Area& area, Vector v, bool average) {
-  const bool fields = to_rows != Rows::all;
-  const Plane& luma = to.planes[0];
+  const int fields = to_rows != Rows::all;
   // Chroma vectors are never longer: where luma fits, so does chroma.
   const int left = 2 * area.x + v.x, top = 2 * area.y + v.y;
-  if (left < 0 || top < 0 || left > 2 * (luma.columns() - 16) ||
-      top > 2 * (luma.rows() / (fields ? 2 : 1) - area.rows))
+  if (left < 0 || top < 0 || left > 2 * (to.planes[0].columns - 16) ||
+      top > 2 * ((to.planes[0].rows >> fields) - area.rows))
     return false;
+  const auto operation = average ? average_block : predict_block;
   for (size_t k = 0; k < 3; ++k) {
-    const Plane &source = from.planes[k], &destination = to.planes[k];
-    const int step = destination.step() * (fields ? 2 : 1);
-    const int across = k ? 2 : 1, down = luma.rows() / destination.rows();
+    const Frame::Plane &source = from.planes[k], &destination = to.planes[k];
+    const ptrdiff_t step = ptrdiff_t{destination.columns} << fields;
+    const int across = k != 0, down = k != 0 && to.halved_rows;
     // Halves of vectors are cut off toward zero.
-    const int x = v.x / across, y = v.y / down;
-    const uint8_t* const first = source.row(from_rows == Rows::bottom) +
-                                 ptrdiff_t{step} * (area.y / down + (y >> 1)) + area.x / across + (x >> 1);
-    uint8_t* const target =
-        destination.row(to_rows == Rows::bottom) + ptrdiff_t{step} * (area.y / down) + area.x / across;
-    (average ? average_block : predict_block)(first, target, step, 16 / across, area.rows / down, x & 1, y & 1);
+    const int x = across ? v.x / 2 : v.x, y = down ? v.y / 2 : v.y;
+    const ptrdiff_t place = step * (area.y >> down) + (area.x >> across);
+    operation(source.row(from_rows == Rows::bottom) + place + step * (y >> 1) + (x >> 1),
+              destination.row(to_rows == Rows::bottom) + place, int(step), 16 >> across, area.rows >> down, x & 1,
+              y & 1);
   }
   return true;
 }

@@ -16,6 +16,9 @@ Rows rows_of(bool bottom) { return bottom ? Rows::bottom : Rows::top; }
 
 SliceDecoder::SliceDecoder(const PictureDecoding& decoding, BitReader bits)
     : decoding_(decoding), sequence_(decoding.sequence), picture_(decoding.picture), bits_(bits) {
+  coding_.mpeg2 = sequence_.mpeg2;
+  coding_.intra_codes = picture_.intra_codes;
+  coding_.scan = picture_.alternate_scan ? alternate_positions.data() : natural_position.data();
   reset_dc();
 }
 
@@ -30,17 +33,24 @@ void SliceDecoder::decode(int row) {
     if (bits_.overrun()) damaged("it ends in the header of a slice");
   }
   int address = row * columns + read_increment() - 1;
-  for (;;) {
-    if (address >= end) damaged("a macroblock outside its slice");
-    decode_macroblock(address);
+  if (address >= end) damaged("a macroblock outside its slice");
+  x_ = address % columns;
+  y_ = address / columns;
+  const auto finish_macroblock = [&] {
     decoding_.decoded[size_t(address)] = true;
+    ++address;
+    if (++x_ == columns) x_ = 0, ++y_;
+  };
+  for (;;) {
+    decode_macroblock();
+    finish_macroblock();
     if (bits_.overrun()) damaged("a slice ends within a macroblock");
     if (bits_.peek(23) == 0) return;
-    const int next = address + read_increment();
-    if (next >= end) damaged("a macroblock outside its slice");
-    while (++address < next) {
-      skip_macroblock(address);
-      decoding_.decoded[size_t(address)] = true;
+    const int skipped = read_increment() - 1;
+    if (skipped >= end - address) damaged("a macroblock outside its slice");
+    for (int k = 0; k < skipped; ++k) {
+      skip_macroblock();
+      finish_macroblock();
     }
   }
 }
@@ -48,7 +58,7 @@ void SliceDecoder::decode(int row) {
 void SliceDecoder::read_scale() {
   const auto code = bits_.read(5);
   if (code == 0) damaged("quantizer 0");
-  scale_ = picture_.nonlinear_scale ? nonlinear_scales[code] : 2 * int(code);
+  coding_.scale = picture_.nonlinear_scale ? nonlinear_scales[code] : 2 * int(code);
 }
 
 int SliceDecoder::read_increment() {
@@ -64,11 +74,11 @@ int SliceDecoder::read_increment() {
   }
 }
 
-void SliceDecoder::skip_macroblock(int address) {
+void SliceDecoder::skip_macroblock() {
   reset_dc();
   if (picture_.type == PictureType::p) {
     reset_vectors();
-    predict_still(address);
+    predict_still();
     return;
   }
   if (!forward_ && !backward_) damaged("a macroblock is skipped where none can be");
@@ -78,10 +88,10 @@ void SliceDecoder::skip_macroblock(int address) {
     vectors_[0][s] = {predictors_[0][s][0] * scale, predictors_[0][s][1] * scale};
     selects_bottom_[0][s] = picture_.parity();
   }
-  predict_macroblock(address, forward_, backward_, picture_.is_field() ? Motion::field : Motion::frame);
+  predict_macroblock(forward_, backward_, picture_.is_field() ? Motion::field : Motion::frame);
 }
 
-void SliceDecoder::decode_macroblock(int address) {
+void SliceDecoder::decode_macroblock() {
   const MacroblockType type = picture_.type == PictureType::i   ? read_code(i_type_table, bits_, "macroblock type")
                               : picture_.type == PictureType::p ? read_code(p_type_table, bits_, "macroblock type")
                                                                 : read_code(b_type_table, bits_, "macroblock type");
@@ -100,18 +110,18 @@ void SliceDecoder::decode_macroblock(int address) {
       reset_vectors();
     else if (!bits_.read(1))
       damaged("no marker behind a concealment vector");
-    decode_blocks(address, true, ~0u, field_blocks);
+    decode_blocks(true, ~0u, field_blocks);
     return;
   }
   reset_dc();
   const unsigned pattern = type.pattern ? read_pattern() : 0;
   if (type.forward || type.backward) {
-    predict_macroblock(address, type.forward, type.backward, motion);
+    predict_macroblock(type.forward, type.backward, motion);
   } else {
     reset_vectors();
-    predict_still(address);
+    predict_still();
   }
-  decode_blocks(address, false, pattern, field_blocks);
+  decode_blocks(false, pattern, field_blocks);
 }
 
 SliceDecoder::Motion SliceDecoder::read_motion() {
@@ -185,8 +195,8 @@ Vector SliceDecoder::dual_prime_vector(Rows to) const {
   return {scaled(v.x) + difference_.x, scaled(v.y) + (to == Rows::top ? -1 : 1) + difference_.y};
 }
 
-void SliceDecoder::predict_macroblock(int address, bool by_forward, bool by_backward, Motion motion) {
-  const int columns = sequence_.macroblock_columns(), x = address % columns * 16, y = address / columns * 16;
+void SliceDecoder::predict_macroblock(bool by_forward, bool by_backward, Motion motion) {
+  const int x = 16 * x_, y = 16 * y_;
   const Rows field = rows_of(picture_.parity());
   bool average = false;
   for (int s : {forward, backward}) {
@@ -221,10 +231,10 @@ void SliceDecoder::predict_macroblock(int address, bool by_forward, bool by_back
 }
 
 /// By no vector, a field from the one of its parity.
-void SliceDecoder::predict_still(int address) {
+void SliceDecoder::predict_still() {
   vectors_[0][forward] = {};
   selects_bottom_[0][forward] = picture_.parity();
-  predict_macroblock(address, true, false, picture_.is_field() ? Motion::field : Motion::frame);
+  predict_macroblock(true, false, picture_.is_field() ? Motion::field : Motion::frame);
 }
 
 /// Which blocks are coded, the first in the highest of six or eight bits.
@@ -235,31 +245,23 @@ unsigned SliceDecoder::read_pattern() {
   return pattern;
 }
 
-void SliceDecoder::decode_blocks(int address, bool intra, unsigned pattern, bool field_blocks) {
-  const int columns = sequence_.macroblock_columns(), x = address % columns, y = address / columns;
+void SliceDecoder::decode_blocks(bool intra, unsigned pattern, bool field_blocks) {
   const int blocks = sequence_.chroma_422 ? 8 : 6;
-  BlockCoding coding{
-      .mpeg2 = sequence_.mpeg2,
-      .intra = intra,
-      .intra_codes = picture_.intra_codes,
-      .scan = picture_.alternate_scan ? alternate_positions.data() : natural_position.data(),
-      .steps = nullptr,
-      .scale = scale_,
-  };
+  coding_.intra = intra;
   for (int k = 0; k < blocks; ++k) {
     if (!(pattern >> (blocks - 1 - k) & 1)) continue;
     const int component = k < 4 ? 0 : 1 + k % 2;
     const bool chroma = component > 0, halved = chroma && !sequence_.chroma_422;  // in height
-    coding.steps = sequence_.matrices[(chroma ? 2 : 0) + !intra].data();
-    read_coefficients(bits_, coding, intra ? read_dc(component) : 0, block_);
+    coding_.steps = sequence_.matrices[(chroma ? 2 : 0) + !intra].data();
+    read_coefficients(bits_, coding_, intra ? read_dc(component) : 0, block_);
 
-    const Plane& plane = decoding_.to.planes[size_t(component)];
-    const int step = plane.step() * (picture_.is_field() ? 2 : 1);
+    const Frame::Plane& plane = decoding_.to.planes[size_t(component)];
+    const int step = plane.columns << picture_.is_field();
     const bool interleaved = field_blocks && !halved, lower = chroma ? k >= 6 : k >= 2;
-    const int column = chroma ? 8 * x : 16 * x + k % 2 * 8;
-    const int row = (halved ? 8 : 16) * y + (lower ? interleaved ? 1 : 8 : 0);
+    const int column = chroma ? 8 * x_ : 16 * x_ + k % 2 * 8;
+    const int row = (halved ? 8 : 16) * y_ + (lower ? interleaved ? 1 : 8 : 0);
     uint8_t* const samples = plane.row(picture_.parity()) + ptrdiff_t{step} * row + column;
-    (intra ? write_intra : add_residual)(block_, samples, interleaved ? 2 * step : step);
+    (intra ? write_intra : add_residual)(block_, samples, step << interleaved);
   }
 }
 

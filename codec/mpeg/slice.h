@@ -34,21 +34,21 @@ class SliceDecoder {
 
   void read_scale();
   int read_increment();
-  void skip_macroblock(int address);
-  void decode_macroblock(int address);
+  void skip_macroblock();
+  void decode_macroblock();
   Motion read_motion();
   void read_vectors(int s, Motion motion);
   int read_component(int r, int s, int t, bool halved);
   void reset_vectors();
   void reset_dc();
 
-  void predict_macroblock(int address, bool forward, bool backward, Motion motion);
+  void predict_macroblock(bool forward, bool backward, Motion motion);
   void predict_from(int s, Rows from, Rows to, int x, int y, int rows, Vector vector, bool average);
   Vector dual_prime_vector(Rows to) const;
-  void predict_still(int address);
+  void predict_still();
 
   unsigned read_pattern();
-  void decode_blocks(int address, bool intra, unsigned pattern, bool field_blocks);
+  void decode_blocks(bool intra, unsigned pattern, bool field_blocks);
   int read_dc(int component);
 
   const PictureDecoding& decoding_;
@@ -56,7 +56,8 @@ class SliceDecoder {
   const Picture& picture_;
   BitReader bits_;
   Block block_;
-  int scale_ = 0;
+  BlockCoding coding_{};
+  int x_ = 0, y_ = 0;  // of the macroblock, in macroblocks
   int predicted_dc_[3] = {};
   int predictors_[2][2][2] = {};  // of vectors: first and second, forward and backward, x and y
   // Of the macroblock:

@@ -18,7 +18,7 @@ Decoded decode(const Bytes& stream, mpeg::DecoderOptions options, size_t piece) 
     while (const mpeg::Frame* const frame = decoder.next()) {
       const mpeg::Sequence& s = result.sequence = decoder.sequence();
       ++result.frames;
-      for (const Plane& plane : frame->planes) {
+      for (const mpeg::Frame::Plane& plane : frame->planes) {
         const bool luma = &plane == &frame->planes[0];
         for (int y = 0; y < (luma || s.chroma_422 ? s.height : (s.height + 1) / 2); ++y)
           result.samples.insert(result.samples.end(), plane.row(y),

@@ -86,9 +86,9 @@ void decode_mpeg(const std::string& in, Destination destination, bool conceal, i
     for (; frame; frame = next()) {
       PlaneView planes[3];
       for (size_t k = 0; k < 3; ++k) {
-        const Plane& plane = frame->planes[k];
+        const mpeg::Frame::Plane& plane = frame->planes[k];
         planes[k] = {plane.row(0), k ? (s.width + 1) / 2 : s.width,
-                     k && !s.chroma_422 ? (s.height + 1) / 2 : s.height, plane.step()};
+                     k && !s.chroma_422 ? (s.height + 1) / 2 : s.height, plane.columns};
       }
       writer.write(planes);
       progress.picture();
