@@ -166,7 +166,7 @@ PQX_API pqx_Status pqx_Video_CopyRef_8U(const uint8_t* pSrc, uint8_t* pDst, int 
  *
  * @param pSrc     reference block. Reads `height rows of w bytes, step apart`.
  * @param pSrcDst  prediction, in place. Reads and writes `height rows of w bytes, step apart`. May
- *                 equal `pSrc`.
+ *                 equal `pSrc`, or overlap rows of it that are done.
  * @param step     bytes from row to row of both
  * @param width    columns, rounded down to a multiple of 8; below 8 does nothing
  * @param height   rows; 0 or less does nothing
