@@ -73,12 +73,13 @@ TEST_F(Faults, AtWritingAreReportedAndLeaveNothing) {
 TEST_F(Faults, InterruptionLeavesNothing) {
   for (const auto& [name, number] : {std::pair{"INT", 2}, {"TERM", 15}, {"HUP", 1}})
     for (const char* const unnamed : {"", FAILING "unnamed "})
-      expect_failure(std::string("env --default-signal=INT,TERM,HUP ") + unnamed +
-                         "TOOL & while kill -0 $! && ! ls -l /proc/$!/fd | grep -q '/[.]pqxvideo-\\|/#[0-9]* "
-                         "(deleted)'; do sleep 0.01; done; "
-                         "kill -" +
-                         name + " $!; wait $! 2>/dev/null",
-                     "h261 encode {long.y4m} OUT.h261", "out", 128 + number, "pqxvideo: interrupted");
+      expect_failure(
+          std::string("env --default-signal=INT,TERM,HUP ") + unnamed +
+              "TOOL & while kill -0 $! && ! ls -l /proc/$!/fd 2>/dev/null | grep -q '/[.]pqxvideo-\\|/#[0-9]* "
+              "(deleted)'; do sleep 0.01; done; "
+              "kill -" +
+              name + " $!; wait $! 2>/dev/null",
+          "h261 encode {long.y4m} OUT.h261", "out", 128 + number, "pqxvideo: interrupted");
 }
 
 TEST_F(Faults, NeverDestroyAnOriginal) {
